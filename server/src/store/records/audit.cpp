@@ -1,0 +1,17 @@
+#include "store/records/audit.h"
+
+namespace tavrok::store {
+
+namespace {
+
+const statement g_insert{
+    "audit_insert", "INSERT INTO audit (company, user_id, noted_at, what, object_id) VALUES (?, ?, ?, ?, ?)"};
+
+} // namespace
+
+void insert_audit(connection& with, std::int64_t company, std::int64_t user, std::int64_t now,
+                  const std::string& what, std::int64_t object) {
+    with.execute(g_insert, {company, user, now, what, object});
+}
+
+} // namespace tavrok::store

@@ -1,0 +1,45 @@
+#include "store/records/companies.h"
+
+namespace tavrok::store {
+
+namespace {
+
+const statement g_insert{"company_insert",
+                         "INSERT INTO company (name, is_operator, created_at) VALUES (?, ?, ?) RETURNING id"};
+const statement g_any{"company_any", "SELECT id FROM company LIMIT 1"};
+const statement g_operator{"company_operator", "SELECT id FROM company WHERE is_operator = 1"};
+const statement g_version{"company_version", "SELECT data_version FROM company WHERE id = ?"};
+const statement g_bump{"company_bump", "UPDATE company SET data_version = data_version + 1 WHERE id = ?"};
+
+} // namespace
+
+std::int64_t insert_company(connection& with, const std::string& name, bool is_operator, std::int64_t now) {
+    std::int64_t id = 0;
+    with.query(g_insert, {name, std::int64_t{is_operator}, now},
+               [&](const row& one) { id = one.integer(0); });
+    return id;
+}
+
+bool any_company(connection& with) {
+    bool found = false;
+    with.query(g_any, {}, [&](const row&) { found = true; });
+    return found;
+}
+
+bool operator_exists(connection& with) {
+    bool found = false;
+    with.query(g_operator, {}, [&](const row&) { found = true; });
+    return found;
+}
+
+std::int64_t data_version(connection& with, std::int64_t company) {
+    std::int64_t version = 0;
+    with.query(g_version, {company}, [&](const row& one) { version = one.integer(0); });
+    return version;
+}
+
+void bump_data_version(connection& with, std::int64_t company) {
+    with.execute(g_bump, {company});
+}
+
+} // namespace tavrok::store

@@ -1,0 +1,99 @@
+#include "store/records/proofs.h"
+
+#include <array>
+
+namespace tavrok::store {
+
+namespace {
+
+const statement g_counters{
+    "proof_counters",
+    "SELECT c.id, t.type, coalesce(k.live, -1), (SELECT count(*) FROM partner p WHERE p.company = c.id "
+    "AND p.type = t.type AND p.state = 1) FROM company c "
+    "CROSS JOIN (SELECT 1 AS type UNION ALL SELECT 2 UNION ALL SELECT 3) t "
+    "LEFT JOIN partner_counter k ON k.company = c.id AND k.type = t.type ORDER BY c.id, t.type"};
+const statement g_partners{
+    "proof_partners",
+    "SELECT company, id, type, added_at, name, phone, linkman, mobile, fax, address, account, bank, remark, "
+    "name_folded, address_folded, account_folded, bank_folded, remark_folded FROM partner ORDER BY company, "
+    "id"};
+const statement g_users{
+    "proof_users",
+    "SELECT company, id, username, username_folded, email, email_folded FROM app_user ORDER BY company, id"};
+
+struct reference {
+    const char* table;
+    const char* id; // the column that finds the row again
+    const char* parent;
+    const char* fits; // c is the row, p the one it names
+    const char* only{"1 = 1"};
+};
+
+constexpr std::array<reference, 11> g_references{{
+    {"app_user", "id", "company", "p.id = c.company"},
+    {"session", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"relogin_secret", "user_id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"repeat_record", "id", "session", "p.company = c.company AND p.id = c.session"},
+    {"audit", "id", "company", "p.id = c.company"},
+    {"audit", "id", "app_user", "p.company = c.company AND p.id = c.user_id", "c.user_id <> 0"},
+    {"user_grant", "user_id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"user_grant", "user_id", "menu", "p.id = c.menu_id"},
+    {"partner", "id", "company", "p.id = c.company"},
+    {"partner", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
+    {"partner_counter", "type", "company", "p.id = c.company"},
+}};
+
+constexpr std::array<const char*, 4> g_tables_with_ids{"company", "app_user", "menu", "partner"};
+
+} // namespace
+
+void each_wrong_counter(connection& with, const std::function<void(const wrong_counter&)>& each) {
+    with.query(g_counters, {}, [&](const row& one) {
+        const wrong_counter found{one.integer(0), one.integer(1), one.integer(2), one.integer(3)};
+        if (found.stored != found.counted) each(found);
+    });
+}
+
+void each_orphan(connection& with, const std::function<void(const orphan&)>& each) {
+    for (const auto& [table, id, parent, fits, only] : g_references) {
+        const statement search{std::string("proof_") + table + "_" + parent,
+                               std::string("SELECT c.company, c.") + id + " FROM " + table + " c WHERE " +
+                                   only + " AND NOT EXISTS (SELECT 1 FROM " + parent + " p WHERE " + fits +
+                                   ") ORDER BY c.company, c." + id};
+        with.query(search, {}, [&, child = table, to = parent](const row& one) {
+            each({child, to, one.integer(0), one.integer(1)});
+        });
+    }
+}
+
+void each_folded_partner(connection& with,
+                         const std::function<void(std::int64_t company, const partner_record& partner,
+                                                  const partner_words& folded)>& each) {
+    with.query(g_partners, {}, [&](const row& one) {
+        partner_record partner{one.integer(1), one.integer(2), one.integer(3), {}};
+        int column = 4;
+        for (auto& text : partner.texts)
+            text = one.text(column++);
+        partner_words folded;
+        for (auto& word : folded)
+            word = one.text(column++);
+        each(one.integer(0), partner, folded);
+    });
+}
+
+void each_folded_user(connection& with, const std::function<void(const folded_user&)>& each) {
+    with.query(g_users, {}, [&](const row& one) {
+        each({one.integer(0), one.integer(1), std::string(one.text(2)), std::string(one.text(3)),
+              std::string(one.text(4)), std::string(one.text(5))});
+    });
+}
+
+void each_row_with_id(connection& with, std::int64_t id,
+                      const std::function<void(const std::string& table)>& each) {
+    for (const std::string table : g_tables_with_ids) {
+        const statement search{"proof_id_" + table, "SELECT id FROM " + table + " WHERE id = ?"};
+        with.query(search, {id}, [&](const row&) { each(table); });
+    }
+}
+
+} // namespace tavrok::store

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "store/connection.h"
+#include "store/records/partners.h"
+
+namespace tavrok::store {
+
+/** What a proof over the whole database reads. */
+
+/** A partner counter that tells another number than its rows; `stored` -1: there is none. */
+struct wrong_counter {
+    std::int64_t company;
+    std::int64_t type;
+    std::int64_t stored;
+    std::int64_t counted;
+};
+void each_wrong_counter(connection& with, const std::function<void(const wrong_counter&)>& each);
+
+/** A row that names a row which is not there, or one of another company. */
+struct orphan {
+    std::string table;
+    std::string names; /**< the table that it points to */
+    std::int64_t company;
+    std::int64_t id; /**< the row's id, where it has one, else its user's */
+};
+void each_orphan(connection& with, const std::function<void(const orphan&)>& each);
+
+/** Every partner, live or not, with its folded columns. */
+void each_folded_partner(connection& with,
+                         const std::function<void(std::int64_t company, const partner_record& partner,
+                                                  const partner_words& folded)>& each);
+/** Every user's texts with their folded columns. */
+struct folded_user {
+    std::int64_t company;
+    std::int64_t id;
+    std::string username, username_folded, email, email_folded;
+};
+void each_folded_user(connection& with, const std::function<void(const folded_user&)>& each);
+
+/** Rows with an id that must never be given, in tables whose ids go out. */
+void each_row_with_id(connection& with, std::int64_t id,
+                      const std::function<void(const std::string& table)>& each);
+
+} // namespace tavrok::store

@@ -1,0 +1,11 @@
+# What the database keeps: one file a record, paths relative to server/src/store.
+set(WMSD_RECORD_SOURCES
+    records/audit.cpp
+    records/companies.cpp
+    records/login_failures.cpp
+    records/menu.cpp
+    records/partners.cpp
+    records/proofs.cpp
+    records/repeats.cpp
+    records/sessions.cpp
+    records/users.cpp)
