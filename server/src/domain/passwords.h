@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tavrok::domain {
+
+/** What the client makes of a typed password: lower-case hexadecimal MD5 of its Latin-1 bytes, a character
+ * outside Latin-1 standing as '?' (one for each UTF-16 unit). `text` is UTF-8. */
+std::string md5_hex(std::string_view text);
+
+/** Argon2id (19 MiB, two passes) over HMAC-SHA-256 of the MD5 text under the pepper. Slow on purpose (40 ms):
+ * never on a network thread. Throws std::runtime_error when memory runs out. */
+std::string hash_password(std::string_view pepper, std::string_view md5_hex);
+/** The slow test of one login. Compares in constant time; false for a hash that is none. */
+bool verify_password(std::string_view pepper, std::string_view md5_hex, const std::string& hash);
+
+/** A hash that no password fits, of the same cost: unknown names take as long as known ones. */
+const std::string& dummy_hash();
+
+} // namespace tavrok::domain

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "domain/principal.h"
+#include "store/connection.h"
+
+namespace tavrok::domain {
+
+/** How long things live, in seconds. */
+struct session_limits {
+    std::int64_t idle{8 * 3600};     /**< a session without a request */
+    std::int64_t total{24 * 3600};   /**< a session in all */
+    std::int64_t relogin{24 * 3600}; /**< a re-login secret */
+};
+
+/** 256 random bits in lower-case hexadecimal: a session token or a re-login secret. */
+std::string new_token();
+/** The form in which tokens, secrets and other texts that are only recognised are stored: SHA-256 in
+ * lower-case hexadecimal. */
+std::string token_hash(const std::string& token);
+
+/** The principal behind a session token; none when the token is unknown, the session has ended or its user is
+ *  disabled. Reads only. */
+std::optional<principal> resume(store::connection& with, const std::string& token, std::int64_t now,
+                                const session_limits& limits = {});
+/** True when the stored last use is older than 60 s, so that touch() is worth a write. */
+bool needs_touch(const principal& who, std::int64_t now);
+/** Notes a request of the session; never moves the time back. */
+void touch(store::connection& with, const principal& who, std::int64_t now);
+
+/** Makes a session for a login from `peer` and gives its token; the database keeps the hash. */
+std::string open_session(store::connection& with, std::int64_t company, std::int64_t user,
+                         const std::string& peer, std::int64_t now);
+/** Ends every session of a user and voids his re-login secrets. */
+void void_access(store::connection& with, std::int64_t company, std::int64_t user);
+/** Deletes what is long over: ended sessions, lapsed secrets, login failures beyond their window. */
+void sweep(store::connection& with, std::int64_t now, const session_limits& limits = {});
+
+} // namespace tavrok::domain

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tavrok::domain {
+
+/** Refuses a text that is no valid UTF-8, is longer than `limit` characters or holds a control character
+ * other than tab and line breaks. `what` names it in the log. */
+void check_text(std::string_view what, std::string_view text, std::size_t limit);
+/** The same, and refuses a text of nothing but blanks. */
+void check_required(std::string_view what, std::string_view text, std::size_t limit);
+/** Refuses a telephone number that is no number: digits and what people put between them. Not stricter, as
+ * what a client once stored must go on being accepted. */
+void check_dialable(std::string_view what, std::string_view text, std::size_t limit);
+
+} // namespace tavrok::domain

@@ -1,0 +1,123 @@
+#include "domain/check.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+
+#include "domain/scene.h"
+
+namespace tavrok::domain {
+namespace {
+
+using test::g_now;
+using test::some_partner;
+
+std::vector<finding> proof(test::scene& in) {
+    return in.read([](store::connection& with) { return check(with); });
+}
+
+void fill(test::scene& in) {
+    const auto boss = in.log_in(in.boss);
+    for (const int type : {1, 1, 2, 3}) {
+        in.write(
+            [&](store::connection& with) { add_partner(with, boss, some_partner(type, "Ab 甲"), g_now); });
+    }
+    in.write([&](store::connection& with) { remove_partner(with, boss, 1002, g_now); });
+    in.write([&](store::connection& with) { grant_row(with, in.hand, 400, g_now); });
+}
+
+class proofs : public test::on_engine {};
+ON_EVERY_ENGINE(proofs);
+
+TEST_P(proofs, a_sound_database_has_no_findings) {
+    test::scene in(GetParam());
+    EXPECT_TRUE(proof(in).empty());
+    fill(in);
+    for (const auto& one : proof(in))
+        ADD_FAILURE() << one.text;
+}
+
+struct damage {
+    const char* name;
+    const char* sql;
+    const char* rule;
+    const char* words;
+};
+
+/** Damage that no constraint forbids. */
+TEST_P(proofs, find_what_the_constraints_let_through) {
+    test::scene in(GetParam());
+    fill(in);
+    const damage all[] = {
+        {"", "UPDATE partner_counter SET live = live + 1 WHERE type = 2", "counter", "type 2"},
+        {"", "UPDATE partner SET name_folded = 'x' WHERE id = 1003", "folded", "partner 1003"},
+        {"", "UPDATE partner SET remark = 'x' WHERE id = 1002", "folded", "partner 1002"},
+        {"", "UPDATE app_user SET username_folded = 'HAND' WHERE username = 'hand'", "folded", "user 1002"},
+        {"", "UPDATE menu SET action = 'gone' WHERE action = 'stock_allot'", "menu", "stock_allot"},
+        {"", "INSERT INTO audit (company, user_id, noted_at, what, object_id) VALUES (1001, 4711, 1, 'x', 1)",
+         "reference", "app_user"},
+    };
+    std::size_t expected = 0;
+    for (const auto& one : all) {
+        in.write([&](store::connection& with) { with.execute({one.sql, one.sql}, {}); });
+        const auto found = proof(in);
+        EXPECT_EQ(found.size(), ++expected) << one.sql;
+        EXPECT_TRUE(std::any_of(found.begin(), found.end(), [&](const finding& each) {
+            return each.rule == one.rule && each.text.find(one.words) != std::string::npos;
+        })) << one.sql;
+    }
+}
+
+/** Damage that only a broken or tampered file can have: planted behind the back of the constraints. */
+class tampered : public testing::TestWithParam<damage> {};
+
+TEST_P(tampered, is_found) {
+    test::scene in("sqlite");
+    fill(in);
+    in.database().close();
+    sqlite3* raw = nullptr;
+    ASSERT_EQ(sqlite3_open(in.database().options().location.c_str(), &raw), SQLITE_OK);
+    const std::string sql =
+        std::string("PRAGMA foreign_keys = OFF; PRAGMA ignore_check_constraints = ON; ") + GetParam().sql;
+    char* message = nullptr;
+    EXPECT_EQ(sqlite3_exec(raw, sql.c_str(), nullptr, nullptr, &message), SQLITE_OK) << message;
+    EXPECT_GT(sqlite3_changes(raw), 0);
+    sqlite3_close(raw);
+    const auto found = proof(in);
+    ASSERT_FALSE(found.empty());
+    for (const auto& one : found)
+        EXPECT_EQ(one.rule, GetParam().rule) << one.text;
+    EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const finding& one) {
+        return one.text.find(GetParam().words) != std::string::npos;
+    })) << found.front().text;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    files, tampered,
+    testing::Values(
+        damage{"session_user", "UPDATE session SET user_id = 4711", "reference", "session"},
+        damage{"relogin_user", "INSERT INTO relogin_secret VALUES (1001, 4711, hex(zeroblob(32)), 1, 2)",
+               "reference", "relogin_secret"},
+        damage{"repeat_session",
+               "INSERT INTO repeat_record VALUES (1001, 1, 4711, 'a', hex(zeroblob(32)), 'x', 1, 0)",
+               "reference", "repeat_record"},
+        damage{"user_company",
+               "INSERT INTO app_user SELECT 4711, 5000, 'w', 'w', realname, password_hash, type, "
+               "state, '', '', '', 0, 0 FROM app_user WHERE id = 1001",
+               "reference", "app_user 5000"},
+        damage{"grant_user", "UPDATE user_grant SET user_id = 4711", "reference", "user_grant 4711"},
+        damage{"grant_row", "UPDATE user_grant SET menu_id = 4711", "reference", "menu"},
+        damage{"partner_user", "UPDATE partner SET added_by = 4711 WHERE id = 1001", "reference",
+               "partner 1001"},
+        damage{"partner_erased", "DELETE FROM partner WHERE id = 1004", "counter", "type 3"},
+        damage{"counter_gone", "DELETE FROM partner_counter WHERE type = 1", "counter", "nothing"},
+        damage{"counter_of_nobody", "INSERT INTO partner_counter VALUES (4711, 1, 0)", "reference",
+               "company 4711"},
+        damage{"menu_hanging", "UPDATE menu SET parent = 4711 WHERE id = 40301", "menu", "below no row"},
+        damage{"menu_page_gone", "DELETE FROM menu WHERE id = 501 OR id = 50101", "menu", "user"},
+        damage{"menu_7", "UPDATE menu SET id = 7 WHERE id = 50101", "id", "menu"},
+        damage{"partner_7", "UPDATE partner SET id = 7 WHERE id = 1002", "id", "partner"}),
+    [](const auto& one) { return std::string(one.param.name); });
+
+} // namespace
+} // namespace tavrok::domain

@@ -1,0 +1,131 @@
+#include "domain/demo.h"
+
+#include <regex>
+#include <set>
+
+#include "domain/check.h"
+#include "domain/refused.h"
+#include "domain/scene.h"
+
+namespace tavrok::domain {
+namespace {
+
+using test::g_now;
+
+const std::string g_pepper = "test pepper";
+
+class demo : public test::on_engine {
+protected:
+    void SetUp() override {
+        on_engine::SetUp();
+        if (IsSkipped()) return;
+        database = std::make_unique<test::scratch_database>(GetParam());
+        store::write_now(**database,
+                         [&](store::connection& with) { accounts = make_demo(with, g_pepper, g_now); });
+    }
+    login_result log_in(const std::string& name) {
+        login_candidate found;
+        store::read_now(**database,
+                        [&](store::connection& with) { found = find_candidate(with, name, "p", g_now); });
+        const bool fits = verify_password(g_pepper, md5_hex(g_demo_password), found.hash);
+        login_result result;
+        store::write_now(**database, [&](store::connection& with) {
+            result = complete_login(with, found, fits, "p", g_now);
+        });
+        return result;
+    }
+    principal principal_of(const std::string& name) {
+        const auto token = log_in(name).token;
+        std::optional<principal> who;
+        store::read_now(**database, [&](store::connection& with) { who = resume(with, token, g_now); });
+        return who.value();
+    }
+    partner_page list(const principal& who, partner_type type) {
+        partner_page page;
+        count_cache counts;
+        store::read_now(**database, [&](store::connection& with) {
+            page = list_partners(with, who, {.type = type}, 1, 200, counts);
+        });
+        return page;
+    }
+
+    std::unique_ptr<test::scratch_database> database;
+    std::vector<demo_account> accounts;
+};
+ON_EVERY_ENGINE(demo);
+
+TEST_P(demo, names_its_accounts) {
+    std::set<std::string> names;
+    for (const auto& one : accounts) {
+        names.insert(one.username);
+        EXPECT_FALSE(one.role.empty());
+    }
+    EXPECT_EQ(names,
+              (std::set<std::string>{"demo_admin", "demo_clerk", "demo_guest", "demo_gone", "nord_admin"}));
+}
+
+TEST_P(demo, has_many_believable_partners_of_each_kind) {
+    const auto who = principal_of("demo_admin");
+    EXPECT_TRUE(who.operator_company);
+    EXPECT_EQ(list(who, partner_type::supplier).total, 45);
+    EXPECT_EQ(list(who, partner_type::client).total, 38);
+    EXPECT_EQ(list(who, partner_type::other).total, 32);
+    const auto all = list(who, partner_type::any);
+    ASSERT_EQ(all.list.size(), 115U);
+    const std::regex mobile("1[345789][0-9]{9}");
+    std::set<std::string> names;
+    std::set<std::string> mobiles;
+    std::int64_t newer = g_now;
+    for (const auto& one : all.list) {
+        EXPECT_TRUE(names.insert(one.name).second) << one.name;
+        if (!one.mobile.empty()) {
+            EXPECT_TRUE(std::regex_match(one.mobile, mobile)) << one.mobile;
+            EXPECT_TRUE(one.mobile.starts_with("154")) << "a prefix that nobody has";
+            EXPECT_TRUE(mobiles.insert(one.mobile).second) << one.mobile;
+        }
+        EXPECT_TRUE(one.phone.starts_with("0193-555")) << one.phone;
+        EXPECT_LT(one.datetime, newer) << "newest first, all in the past";
+        newer = one.datetime;
+    }
+    EXPECT_GT(newer, g_now - 600 * 24 * 3600) << "nothing is older than the company";
+}
+
+TEST_P(demo, accounts_may_do_what_they_are_said_to) {
+    EXPECT_TRUE(log_in("demo_guest").rows.empty());
+    EXPECT_EQ(log_in("demo_guest").accepted, true);
+    EXPECT_EQ(log_in("demo_gone").reason, "disabled");
+    const auto clerk = principal_of("demo_clerk");
+    for (const char* right : {"search", "add", "edit", "delete"})
+        EXPECT_TRUE(clerk.has("company_supplier", right));
+    EXPECT_TRUE(clerk.has("company_other", "search"));
+    EXPECT_FALSE(clerk.has("company_other", "add"));
+    EXPECT_FALSE(clerk.has_any("company_client"));
+    EXPECT_EQ(clerk.menu_rows,
+              (std::unordered_set<std::int64_t>{400, 403, 40301, 40302, 40303, 40304, 405, 40501}));
+}
+
+TEST_P(demo, shows_two_companies_that_do_not_see_each_other) {
+    const auto here = list(principal_of("demo_admin"), partner_type::any);
+    const auto nord = principal_of("nord_admin");
+    EXPECT_FALSE(nord.operator_company);
+    const auto there = list(nord, partner_type::any);
+    EXPECT_EQ(there.total, 12);
+    std::set<std::int64_t> ids;
+    for (const auto& one : here.list)
+        ids.insert(one.id);
+    for (const auto& one : there.list)
+        EXPECT_FALSE(ids.contains(one.id)) << one.name;
+}
+
+TEST_P(demo, stands_the_proof_and_is_made_once) {
+    store::read_now(**database, [](store::connection& with) {
+        for (const auto& one : check(with))
+            ADD_FAILURE() << one.text;
+    });
+    EXPECT_THROW(
+        store::write_now(**database, [](store::connection& with) { make_demo(with, g_pepper, g_now); }),
+        refused);
+}
+
+} // namespace
+} // namespace tavrok::domain
