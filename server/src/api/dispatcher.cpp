@@ -1,0 +1,280 @@
+#include "api/dispatcher.h"
+
+#include <sodium.h>
+#include <spdlog/spdlog.h>
+
+#include <array>
+#include <chrono>
+
+#include "domain/refused.h"
+#include "domain/repeat.h"
+#include "domain/sessions.h"
+
+namespace tavrok::api {
+
+/** One request under way. What a store job sets, each run of the job sets anew. */
+struct dispatcher::call {
+    const endpoint* what{nullptr};
+    http::request origin;
+    http::respond answer;
+    std::chrono::steady_clock::time_point begun{std::chrono::steady_clock::now()};
+    parsed_form form;
+    std::string key; /**< of the repeat gate; writes only */
+    int tries{0};
+
+    outcome how{outcome::failed};
+    std::string body;
+    std::string cookie;
+    std::string reason;
+    std::optional<domain::principal> who;
+    std::int64_t now{0};
+    std::int64_t record{0}; /**< of the stored answer */
+
+    void refuse(std::string why) {
+        how = outcome::refused;
+        reason = std::move(why);
+    }
+};
+
+namespace {
+
+/** Session, path and body in one key, without keeping a body in memory. */
+std::string repeat_key(const http::request& of) {
+    std::array<unsigned char, crypto_hash_sha256_BYTES> hash;
+    crypto_hash_sha256(hash.data(), reinterpret_cast<const unsigned char*>(of.body.data()), of.body.size());
+    std::string key = of.cookie;
+    key.append("\n").append(of.path).append("\n");
+    key.append(reinterpret_cast<const char*>(hash.data()), hash.size());
+    return key;
+}
+
+/** A reason may quote what a peer sent: keep it on one line. */
+std::string one_line(std::string text) {
+    for (auto& c : text)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+    return text;
+}
+
+bool needs_session(const endpoint& what) {
+    return what.allowed.needs != access::who::open;
+}
+
+} // namespace
+
+dispatcher::dispatcher(const services& with, metrics& figures)
+    : m_with(with),
+      m_figures(figures),
+      m_house(std::make_shared<housekeeping>(with)),
+      m_gate(std::make_shared<repeat_gate>()) {}
+
+void dispatcher::handle(const endpoint& what, http::request incoming, http::respond answer) {
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_open;
+    }
+    auto one = std::make_shared<call>();
+    one->what = &what;
+    one->origin = std::move(incoming);
+    one->answer = std::move(answer);
+    try {
+        start(one);
+    } catch (...) {
+        settle(*one, std::current_exception());
+        end(one);
+    }
+}
+
+void dispatcher::start(const shared_call& one) {
+    const auto& what = *one->what;
+    one->form = parse_form(one->origin.body, what.keys);
+    if (one->origin.method != what.method) one->form.refusal = "wrong method";
+    if (needs_session(what) && one->origin.cookie.empty()) {
+        one->how = outcome::no_session;
+        return end(one);
+    }
+    if (!needs_session(what) && !one->form.ok()) {
+        one->refuse(one->form.refusal);
+        return end(one);
+    }
+    if (const auto* staged = std::get_if<staged_work>(&what.work)) return run_staged(one, *staged);
+    if (std::holds_alternative<read_work>(what.work)) return run_read(one);
+    if (std::holds_alternative<write_work>(what.work)) return enter_write(one);
+    run_plain(one);
+}
+
+void dispatcher::run_plain(const shared_call& one) {
+    context with{one->form.values, one->origin, m_with.clock(), nullptr, nullptr, one->body};
+    std::get<plain_work>(one->what->work).run(with);
+    one->how = outcome::answered;
+    end(one);
+}
+
+void dispatcher::run_staged(const shared_call& one, const staged_work& work) {
+    auto request = std::make_shared<staged_request>();
+    request->origin = one->origin;
+    request->values = parse_form(request->origin.body, one->what->keys).values;
+    request->finish = [this, one](staged_answer result) {
+        one->how = result.reason.empty() ? outcome::answered : outcome::refused;
+        one->body = std::move(result.body);
+        one->cookie = std::move(result.cookie);
+        one->reason = std::move(result.reason);
+        end(one);
+    };
+    work.run(std::move(request));
+}
+
+/** Session, form and rights; false when the request ends here. Runs inside the job that does the work. */
+bool dispatcher::admit(call& one, store::connection& db) {
+    one.now = m_with.clock();
+    one.body.clear();
+    one.reason.clear();
+    one.record = 0;
+    one.how = outcome::no_session;
+    one.who = domain::resume(db, one.origin.cookie, one.now, m_with.options.sessions);
+    if (!one.who) return false;
+    if (!one.form.ok()) {
+        one.refuse(one.form.refusal);
+        return false;
+    }
+    const context with{one.form.values, one.origin, one.now, &db, &*one.who, one.body};
+    if (permitted(one.what->allowed, with)) return true;
+    one.refuse("no right");
+    return false;
+}
+
+void dispatcher::run_read(const shared_call& one) {
+    m_with.database.read(
+        [this, one](store::connection& db) {
+            if (!admit(*one, db)) return;
+            context with{one->form.values, one->origin, one->now, &db, &*one->who, one->body};
+            std::get<read_work>(one->what->work).run(with);
+            one->how = outcome::answered;
+        },
+        [this, one](std::exception_ptr failure) {
+            settle(*one, failure);
+            end(one);
+        });
+}
+
+void dispatcher::enter_write(const shared_call& one) {
+    one->key = repeat_key(one->origin);
+    m_gate->enter(one->key,
+                  {[this, one] { run_write(one); },
+                   [this, one](http::response same) {
+                       one->how = outcome::replayed;
+                       m_figures.count(*one->what, one->how, std::chrono::steady_clock::now() - one->begun);
+                       spdlog::info("[{}] {} waited for the same request", one->origin.id, one->origin.path);
+                       one->answer(std::move(same));
+                       leave();
+                   }});
+}
+
+void dispatcher::run_write(const shared_call& one) {
+    ++one->tries;
+    m_with.database.write([this, one](store::connection& db) { work_once(*one, db); },
+                          [this, one](std::exception_ptr failure) {
+                              if (again(one, failure)) return run_write(one);
+                              settle(*one, failure);
+                              end(one);
+                          });
+}
+
+/** The answer of an earlier run whose answer may not have arrived, or the work and its answer's record. */
+void dispatcher::work_once(call& one, store::connection& db) {
+    if (!admit(one, db)) return;
+    if (const auto known = m_house->unwritten_arrival(one.key)) domain::delivered(db, *one.who, *known);
+    if (auto former = domain::recall(db, *one.who, one.origin.path, one.origin.body, one.now)) {
+        one.body = std::move(*former);
+        one.how = outcome::replayed;
+    } else {
+        context with{one.form.values, one.origin, one.now, &db, &*one.who, one.body};
+        std::get<write_work>(one.what->work).run(with);
+        one.how = outcome::answered;
+    }
+    // A repeated answer is kept anew, so that its own arrival can be noted.
+    one.record = domain::remember(db, *one.who, one.origin.path, one.origin.body, one.body, one.now);
+}
+
+/** After a connection that was lost on the way, or when the same request ran elsewhere at that moment, the
+ * record of the answer tells what happened: look once more. */
+bool dispatcher::again(const shared_call& one, std::exception_ptr failure) {
+    if (!failure || one->tries > 1) return false;
+    try {
+        std::rethrow_exception(failure);
+    } catch (const store::error& error) {
+        return error.kind() == store::error_kind::lost || error.kind() == store::error_kind::unique;
+    } catch (...) {
+        return false;
+    }
+}
+
+void dispatcher::settle(call& one, std::exception_ptr failure) {
+    if (!failure) return;
+    one.record = 0;
+    one.body.clear();
+    try {
+        std::rethrow_exception(failure);
+    } catch (const domain::refused& refusal) {
+        one.refuse(refusal.what());
+    } catch (const std::exception& error) {
+        one.how = outcome::failed;
+        one.reason = error.what();
+    }
+}
+
+/** Puts the answer into its form and leaves a line in the log where it is not the plain success. */
+http::response dispatcher::close(call& one) {
+    const auto& what = *one.what;
+    http::response out;
+    if (one.how == outcome::no_session) {
+        out.body = session_code;
+    } else if (one.how == outcome::failed || (one.how == outcome::refused && one.body.empty())) {
+        out.body = failure_of(what);
+    } else {
+        out.body = std::move(one.body);
+        out.set_cookie = std::move(one.cookie);
+    }
+    if (one.how != outcome::no_session && reads_as_session_code(out.body)) {
+        one.how = outcome::failed;
+        one.reason = "the answer would read as the session code";
+        out.body = failure_of(what);
+    }
+    if (what.answer != form::count && what.answer != form::none) out.content_type = "application/json";
+    m_figures.count(what, one.how, std::chrono::steady_clock::now() - one.begun);
+    const auto level = one.how == outcome::failed     ? spdlog::level::err
+                       : one.how == outcome::answered ? spdlog::level::debug
+                                                      : spdlog::level::info;
+    spdlog::log(level, "[{}] {} {} {}", one.origin.id, one.origin.path, word_of(one.how),
+                one_line(one.reason));
+    return out;
+}
+
+void dispatcher::end(const shared_call& one) {
+    auto out = close(*one);
+    if (one->who && domain::needs_touch(*one->who, one->now)) m_house->note_use(*one->who);
+    if (one->key.empty()) {
+        one->answer(std::move(out));
+    } else {
+        auto arrived = [house = m_house, key = one->key, who = one->who, record = one->record] {
+            house->note_arrival(key, *who, record);
+        };
+        m_gate->finish(one->key, one->answer, std::move(out),
+                       one->record != 0 ? arrived : repeat_gate::delivered());
+    }
+    leave();
+}
+
+void dispatcher::leave() {
+    const std::lock_guard lock(m_mutex);
+    if (--m_open == 0) m_idle.notify_all();
+}
+
+void dispatcher::drain() {
+    {
+        std::unique_lock lock(m_mutex);
+        m_idle.wait(lock, [this] { return m_open == 0; });
+    }
+    m_house->close();
+}
+
+} // namespace tavrok::api

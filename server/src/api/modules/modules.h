@@ -1,0 +1,15 @@
+#pragma once
+
+#include "api/registry.h"
+#include "api/services.h"
+
+namespace tavrok::api {
+
+/** Each adds the endpoints of one module. `with` outlives the registry. */
+void add_version(registry& to, const services& with);
+void add_login(registry& to, const services& with);
+void add_wms(registry& to, const services& with);
+void add_menu(registry& to, const services& with);
+void add_company(registry& to, const services& with);
+
+} // namespace tavrok::api

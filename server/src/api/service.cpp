@@ -1,0 +1,82 @@
+#include "api/service.h"
+
+#include <spdlog/spdlog.h>
+
+#include <optional>
+#include <utility>
+
+#include "api/dispatcher.h"
+#include "api/metrics.h"
+#include "api/modules/modules.h"
+#include "api/probes.h"
+#include "api/registry.h"
+#include "api/route_list.h"
+
+namespace tavrok::api {
+
+namespace {
+
+class whole_service final : public service {
+public:
+    whole_service(store::database& where, settings options, clock_function clock, defer later)
+        : m_options(std::move(options)),
+          m_with{where,
+                 m_options,
+                 std::move(clock),
+                 later ? std::move(later) : own_timer(),
+                 m_hashing.emplace(m_options.hashing_threads, m_options.hashing_limit),
+                 m_counts} {
+        add_version(m_routes, m_with);
+        add_login(m_routes, m_with);
+        add_wms(m_routes, m_with);
+        add_menu(m_routes, m_with);
+        add_company(m_routes, m_with);
+        m_list = list_routes(m_routes);
+        m_figures.emplace(m_routes);
+        m_dispatcher.emplace(m_with, *m_figures);
+        m_dispatcher->house().start_sweeping();
+    }
+    ~whole_service() override { drain(); }
+
+    void handle(http::request incoming, http::respond answer) override {
+        if (const auto* what = m_routes.find(incoming.path))
+            return m_dispatcher->handle(*what, std::move(incoming), std::move(answer));
+        answer(probe(incoming, {ready(), m_options, *m_figures}));
+    }
+    const std::vector<route_info>& routes() const override { return m_list; }
+    const registry& endpoints() const override { return m_routes; }
+    bool ready() const override { return m_with.database.ready(); }
+
+    void drain() override {
+        m_dispatcher->house().stop_sweeping();
+        if (m_timer) m_timer->stop();
+        m_dispatcher->drain();
+    }
+
+private:
+    defer own_timer() {
+        m_timer.emplace();
+        return [this](std::chrono::milliseconds delay, std::function<void()> task) {
+            m_timer->after(delay, std::move(task));
+        };
+    }
+
+    settings m_options;
+    domain::count_cache m_counts;
+    std::optional<scheduler> m_timer;
+    std::optional<hashing_queue> m_hashing;
+    services m_with;
+    registry m_routes;
+    std::vector<route_info> m_list;
+    std::optional<metrics> m_figures;
+    std::optional<dispatcher> m_dispatcher;
+};
+
+} // namespace
+
+std::unique_ptr<service> service::make(store::database& where, settings options, clock_function clock,
+                                       defer later) {
+    return std::make_unique<whole_service>(where, std::move(options), std::move(clock), std::move(later));
+}
+
+} // namespace tavrok::api

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "api/hashing_queue.h"
+#include "api/scheduler.h"
+#include "api/settings.h"
+#include "domain/count_cache.h"
+#include "store/database.h"
+
+namespace tavrok::api {
+
+/** Seconds since the epoch, UTC. */
+using clock_function = std::function<std::int64_t()>;
+
+/** What the modules and the dispatcher work with. Outlives them all. */
+struct services {
+    store::database& database;
+    const settings& options;
+    clock_function clock;
+    defer later;
+    hashing_queue& hashing;
+    domain::count_cache& counts;
+};
+
+} // namespace tavrok::api

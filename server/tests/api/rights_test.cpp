@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "api/endpoint.h"
+#include "api/harness.h"
+#include "api/registry.h"
+
+namespace tavrok::test {
+namespace {
+
+/** One request to an endpoint, on data of the company that asks. */
+struct sample {
+    std::string label;
+    std::string body;
+    int kind{0}; /**< of the partner that it names or searches; 0: of none */
+    bool consumes{false};
+};
+
+const std::map<int, std::string> page_of_kind{
+    {1, "company_supplier"}, {2, "company_client"}, {3, "company_other"}};
+
+/** Who may, written down a second time and by hand: path and kind to page and right. */
+bool expected(const std::string& path, int kind, const grant& granted) {
+    static const std::vector<std::string> with_picker{
+        "instore_purchase",         "instore_sale_return", "instore_borrow_return", "instore_lend_return",
+        "outstore_purchase_return", "outstore_sale_take",  "outstore_lend",         "outstore_borrow_return"};
+    if (path == "wms_menu/get_menu") return true;
+    if (path == "wms_company/get_page" &&
+        std::find(with_picker.begin(), with_picker.end(), granted.first) != with_picker.end())
+        return true;
+    if (kind == 4) return false;
+    const std::map<std::string, std::string> rights{{"wms_company/get_page", "search"},
+                                                    {"wms_company/do_add", "add"},
+                                                    {"wms_company/do_edit", "edit"},
+                                                    {"wms_company/do_delete", "delete"}};
+    return granted == grant(page_of_kind.at(kind), rights.at(path));
+}
+
+class rights_test : public testing::TestWithParam<std::string> {
+protected:
+    void SetUp() override {
+        SKIP_WITHOUT(GetParam());
+        world = std::make_unique<harness>(GetParam());
+        owner = world->administrator("owner");
+    }
+
+    std::string fresh_partner(int kind) { return std::to_string(world->add_partner(owner, kind, "partner")); }
+
+    /** The samples of an endpoint. A new endpoint has to join here: one without samples fails the tests. */
+    std::vector<sample> samples(const std::string& path) {
+        std::vector<sample> list;
+        for (const int kind : {1, 2, 3, 4}) {
+            const auto number = std::to_string(kind);
+            if (path == "wms_company/get_page")
+                list.push_back({"kind " + number, "type=" + number + "&page_num=1&page_size=20", kind});
+            if (kind == 4) continue;
+            if (path == "wms_company/do_add")
+                list.push_back({"kind " + number, "&type=" + number + "&name=n&phone=1&address=a", kind});
+            if (path == "wms_company/do_edit")
+                list.push_back({"kind " + number, "&id=" + fresh_partner(kind) + "&name=renamed", kind});
+            if (path == "wms_company/do_delete")
+                list.push_back({"kind " + number, "id=" + fresh_partner(kind), kind, true});
+        }
+        if (path == "wms_menu/get_menu") list.push_back({"the menu", "action=list"});
+        EXPECT_FALSE(list.empty()) << "no sample for " << path;
+        return list;
+    }
+
+    /** The endpoints that need a session. */
+    std::vector<const api::endpoint*> guarded() const {
+        std::vector<const api::endpoint*> list;
+        for (const auto& what : world->service->endpoints().all())
+            if (what->allowed.needs != api::access::who::open) list.push_back(what.get());
+        return list;
+    }
+
+    bool served(const api::endpoint& what, const std::string& body, const std::string& cookie) {
+        const auto refused = world->counted(what.path(), "refused");
+        const auto answered = world->counted(what.path(), "answered");
+        const auto got = world->ask(what.path(), body, cookie).body;
+        const bool was_refused = world->counted(what.path(), "refused") == refused + 1;
+        EXPECT_EQ(world->counted(what.path(), "answered"), answered + (was_refused ? 0 : 1)) << got;
+        if (was_refused) {
+            EXPECT_EQ(got, api::failure_of(what)) << what.path();
+        }
+        return !was_refused;
+    }
+
+    std::unique_ptr<harness> world;
+    std::string owner;
+};
+
+TEST_P(rights_test, without_a_live_session_every_endpoint_answers_the_session_code) {
+    const std::string dead(64, 'a');
+    ASSERT_FALSE(guarded().empty());
+    for (const auto* what : guarded()) {
+        for (const auto& one : samples(what->path())) {
+            EXPECT_EQ(world->ask(what->path(), one.body, "").body, "7") << what->path();
+            EXPECT_EQ(world->ask(what->path(), one.body, dead).body, "7") << what->path();
+        }
+        for (const auto* garbled : {"", "nonsense", "\xFF"})
+            EXPECT_EQ(world->ask(what->path(), garbled, dead).body, "7") << what->path();
+    }
+}
+
+TEST_P(rights_test, an_administrator_may_do_everything_in_his_company) {
+    for (const auto* what : guarded()) {
+        if (what->allowed.needs == api::access::who::operator_administrator) continue;
+        for (const auto& one : samples(what->path()))
+            EXPECT_TRUE(served(*what, one.body, owner)) << what->path() << " " << one.label;
+    }
+}
+
+TEST_P(rights_test, without_a_grant_only_what_any_session_may_is_served) {
+    const auto nobody = world->session_of(world->make_user(world->principal_of(owner).company, "nobody", 2));
+    for (const auto* what : guarded()) {
+        for (const auto& one : samples(what->path()))
+            EXPECT_EQ(served(*what, one.body, nobody), what->allowed.needs == api::access::who::session)
+                << what->path() << " " << one.label;
+    }
+}
+
+TEST_P(rights_test, each_single_grant_opens_what_it_should_and_nothing_else) {
+    const auto company = world->principal_of(owner).company;
+    std::map<std::string, std::vector<sample>> requests;
+    for (const auto* what : guarded())
+        requests[what->path()] = samples(what->path());
+    const auto grants = world->all_grants();
+    ASSERT_GT(grants.size(), 60u);
+    int number = 0;
+    for (const auto& granted : grants) {
+        const auto user = world->make_user(company, "user" + std::to_string(++number), 2, {granted});
+        const auto cookie = world->session_of(user);
+        for (const auto* what : guarded()) {
+            for (auto& one : requests[what->path()]) {
+                const bool open = expected(what->path(), one.kind, granted);
+                EXPECT_EQ(served(*what, one.body, cookie), open)
+                    << what->path() << " " << one.label << " with " << granted.first << " " << granted.second;
+                if (open && one.consumes) one.body = "id=" + fresh_partner(one.kind);
+            }
+        }
+    }
+}
+
+TEST_P(rights_test, any_partner_is_open_to_who_may_search_all_three_kinds) {
+    const auto company = world->principal_of(owner).company;
+    const std::vector<grant> two{{"company_supplier", "search"}, {"company_client", "search"}};
+    auto three = two;
+    three.emplace_back("company_other", "search");
+    const auto some = world->session_of(world->make_user(company, "some", 2, two));
+    const auto all = world->session_of(world->make_user(company, "all", 2, three));
+    const auto& what = *world->service->endpoints().find("wms_company/get_page");
+    EXPECT_FALSE(served(what, "type=4&page_num=1&page_size=10", some));
+    EXPECT_TRUE(served(what, "type=4&page_num=1&page_size=10", all));
+}
+
+TEST_P(rights_test, no_company_sees_or_touches_the_data_of_another) {
+    const auto other = world->administrator("other");
+    const auto before = world->ask("wms_company/get_page", "type=4&page_num=1&page_size=200", owner).body;
+    for (const auto* what : guarded()) {
+        const bool names_a_row = std::any_of(what->keys.begin(), what->keys.end(),
+                                             [](const auto& k) { return k.kind == api::key_kind::id; });
+        if (!names_a_row) continue;
+        for (const auto& one : samples(what->path())) {
+            EXPECT_FALSE(served(*what, one.body, other)) << what->path() << " " << one.label;
+            EXPECT_TRUE(served(*what, one.body, owner)) << what->path() << " " << one.label;
+        }
+    }
+    const auto id = fresh_partner(1);
+    for (const int kind : {1, 2, 3, 4}) {
+        const auto body = "type=" + std::to_string(kind) + "&page_num=1&page_size=200";
+        EXPECT_EQ(world->ask("wms_company/get_page", body, other).body,
+                  R"({"list":[],"total":0,"page_count":0,"page_num":1})");
+    }
+    EXPECT_EQ(world->ask("wms_company/do_edit", "&id=" + id + "&name=stolen", other).body, "0");
+    EXPECT_EQ(world->ask("wms_company/do_delete", "id=" + id, other).body, "0");
+    EXPECT_NE(world->ask("wms_company/get_page", "type=1&name=partner&page_num=1&page_size=1", owner)
+                  .body.find("\"id\":\"" + id + "\""),
+              std::string::npos);
+}
+
+TEST_P(rights_test, the_operator_sees_no_customer_data_either) {
+    const auto chief = world->administrator("chief", true);
+    const auto id = fresh_partner(2);
+    EXPECT_EQ(world->ask("wms_company/do_delete", "id=" + id, chief).body, "0");
+    EXPECT_EQ(world->ask("wms_company/get_page", "type=4&page_num=1&page_size=20", chief).body,
+              R"({"list":[],"total":0,"page_count":0,"page_num":1})");
+}
+
+TEST(permitted, only_administrators_of_the_operator_pass_as_such) {
+    const api::access rule{.needs = api::access::who::operator_administrator};
+    const http::request request;
+    const api::fields none;
+    std::string answer;
+    for (const bool chief : {false, true}) {
+        for (const bool house : {false, true}) {
+            domain::principal who;
+            who.administrator = chief;
+            who.operator_company = house;
+            const api::context with{none, request, 0, nullptr, &who, answer};
+            EXPECT_EQ(api::permitted(rule, with), chief && house);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(engines, rights_test, testing::ValuesIn(engines()));
+
+} // namespace
+} // namespace tavrok::test
