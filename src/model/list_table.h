@@ -1,0 +1,52 @@
+#pragma once
+#include <QJsonArray>
+#include <QJsonValue>
+#include <QString>
+#include <vector>
+
+class QTableWidget;
+
+/**
+ * How a list reads one value of a page into a cell. `above` is what the same column shows in the row above
+ * (empty in the first row). A list with a code of its own, shown as a word, writes its own reader.
+ */
+using cell_reader = QString (*)(const QJsonValue& value, const QString& above);
+
+namespace cell {
+
+/** A JSON string; anything else reads as empty. */
+QString text(const QJsonValue& value, const QString& above);
+/** A whole number, sent as a number or as text. */
+QString whole_number(const QJsonValue& value, const QString& above);
+/** An amount with two decimals, sent as a number or as text. */
+QString money(const QJsonValue& value, const QString& above);
+/** Seconds since the epoch as local time; 0 is empty. */
+QString time(const QJsonValue& value, const QString& above);
+/** As time, but a 0 repeats the row above. */
+QString carried_time(const QJsonValue& value, const QString& above);
+
+} // namespace cell
+
+/** Seconds since the epoch as local time "yyyy-MM-dd hh:mm"; 0 is empty. */
+QString shown_time(qint64 seconds);
+
+/** One column of a list. Its place in the list's table is the contract for every later read of a row. */
+struct column {
+    QString header;
+    /** Key of the value in a record of the page. */
+    QString key;
+    cell_reader read = cell::text;
+    bool hidden = false;
+    /** Takes the width of its contents; the others share what is left evenly. */
+    bool fitted = false;
+};
+
+/** Replaces all rows of `table` with the records of `list`, sets the headers and the look that all lists
+ * have. */
+void fill_list(QTableWidget* table, const std::vector<column>& columns, const QJsonArray& list);
+
+/** Writes a cell, and makes its item if there is none yet. A cell outside the table is left alone. */
+void set_cell(QTableWidget* table, int row, int column, const QString& text);
+
+/** The text of a cell; empty for one that is not there. */
+QString cell_text(const QTableWidget* table, int row, int column);

@@ -1,0 +1,94 @@
+#pragma once
+#include <QTableWidget>
+#include <functional>
+#include <vector>
+
+#include "model/list_table.h"
+
+/**
+ * A column of a list whose rows are taken back as records: beside its face, how a record becomes its cell and
+ * how the cell becomes part of a record. The row is the only copy of the record.
+ */
+template <class record>
+struct record_column {
+    column face;
+    /** The cell of a record just added. */
+    std::function<QString(const record&)> added;
+    /** The cell of a record just edited. */
+    std::function<QString(const record&)> edited;
+    /** Takes the cell back into a record. */
+    std::function<void(record&, const QString&)> take;
+};
+
+template <class record>
+using record_columns = std::vector<record_column<record>>;
+
+/** A text, sent, kept and shown as it is. */
+template <class record>
+record_column<record> text_column(QString header, QString key, QString record::*field) {
+    const auto shown = [field](const record& r) { return r.*field; };
+    return {{header, key}, shown, shown, [field](record& r, const QString& text) { r.*field = text; }};
+}
+
+/** A code that is sent as text and kept as a number. */
+template <class record>
+record_column<record> code_column(QString header, QString key, int record::*field) {
+    const auto shown = [field](const record& r) { return QString::number(r.*field, 10); };
+    return {
+        {header, key}, shown, shown, [field](record& r, const QString& text) { r.*field = text.toInt(); }};
+}
+
+/** A time: seconds when the service gives it, and from then on the text that the list shows. */
+template <class record>
+record_column<record> time_column(QString header, QString key, int record::*seconds, QString record::*text) {
+    return {{header, key, cell::time},
+            [seconds](const record& r) { return shown_time(r.*seconds); },
+            [text](const record& r) { return r.*text; },
+            [text](record& r, const QString& shown) { r.*text = shown; }};
+}
+
+template <class record>
+record_column<record> hidden(record_column<record> c) {
+    c.face.hidden = true;
+    return c;
+}
+
+template <class record>
+record_column<record> fitted(record_column<record> c) {
+    c.face.fitted = true;
+    return c;
+}
+
+template <class record>
+std::vector<column> faces(const record_columns<record>& columns) {
+    std::vector<column> result;
+    result.reserve(columns.size());
+    for (const auto& c : columns)
+        result.push_back(c.face);
+    return result;
+}
+
+/** A saved record as a new first row. */
+template <class record>
+void insert_record(QTableWidget* table, const record_columns<record>& columns, const record& added) {
+    table->insertRow(0);
+    for (int i = 0; i < int(columns.size()); ++i)
+        set_cell(table, 0, i, columns[size_t(i)].added(added));
+}
+
+/** Rewrites the cells `first` to `last` of a row after an edit. */
+template <class record>
+void patch_record(QTableWidget* table, int row, const record_columns<record>& columns, const record& edited,
+                  int first, int last) {
+    for (int i = first; i <= last; ++i)
+        set_cell(table, row, i, columns[size_t(i)].edited(edited));
+}
+
+/** The record that a row shows, hidden columns included. */
+template <class record>
+record read_record(const QTableWidget* table, int row, const record_columns<record>& columns) {
+    record result;
+    for (int i = 0; i < int(columns.size()); ++i)
+        columns[size_t(i)].take(result, cell_text(table, row, i));
+    return result;
+}
