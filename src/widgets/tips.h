@@ -1,0 +1,12 @@
+#pragma once
+#include <QPoint>
+#include <QString>
+
+class QTableWidget;
+class QWidget;
+
+/** Shows a tool tip at a point of `widget`: at a field's top left corner for what is wrong with its text. */
+void show_tip(QWidget* widget, const QString& text, QPoint at = QPoint(0, 0));
+
+/** Says that a row has to be selected first. */
+void tip_select_row(QTableWidget* table);
