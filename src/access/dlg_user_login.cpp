@@ -1,0 +1,78 @@
+#include "access/dlg_user_login.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QUrl>
+
+#include "net/constants.h"
+#include "net/http.h"
+#include "net/md5_hex.h"
+#include "ui_dlg_user_login.h"
+#include "widgets/keys.h"
+#include "widgets/tips.h"
+
+dlg_user_login::dlg_user_login(QWidget* parent)
+    : QDialog(parent), ui(std::make_unique<Ui::dlg_user_login>()) {
+    ui->setupUi(this);
+    setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+    setWindowTitle(g_app_title + QStringLiteral(" - 用户登陆"));
+    setFixedSize(size());
+    ui->lbl_img->setText(QStringLiteral("<a href='") + g_http.base_url +
+                         QStringLiteral("'><img src=':/img/logo.jpg'></a>"));
+}
+
+dlg_user_login::~dlg_user_login() = default;
+
+void dlg_user_login::slot_relogin() {
+    exec();
+}
+
+void dlg_user_login::on_btn_submit_clicked() {
+    const QString name = ui->txt_login_name->text().trimmed();
+    const QString password = ui->txt_login_pass->text().trimmed();
+    if (name.isEmpty()) {
+        show_tip(ui->txt_login_name, QStringLiteral("请输入帐号"));
+        return;
+    }
+    if (password.isEmpty()) {
+        show_tip(ui->txt_login_pass, QStringLiteral("请输入密码"));
+        return;
+    }
+    switch (user.check_login(name, md5_hex(password))) {
+        case model_user::logged_in:
+            emit signal_init_info();
+            accept();
+            break;
+        case model_user::refused:
+            warn(QStringLiteral("用户名、密码错误或帐号已停用"));
+            break;
+        case model_user::no_contact:
+            warn(QStringLiteral("网络无法连接，请检查网络"));
+            break;
+        default:
+            break;
+    }
+}
+
+/** Yes is this dialog's one button, unlike in every other warning. */
+void dlg_user_login::warn(const QString& text) {
+    QMessageBox::warning(this, QStringLiteral("提示"), text, QMessageBox::Yes);
+}
+
+/** Ends the whole program, at a new login too. */
+void dlg_user_login::on_btn_close_clicked() {
+    QCoreApplication::exit(0);
+}
+
+// The client has no sign-up yet, so there is nothing to open.
+void dlg_user_login::on_btn_reg_clicked() {}
+
+/** The label opens its links itself; this stays beside it. */
+void dlg_user_login::on_lbl_img_linkActivated(QString link) {
+    QDesktopServices::openUrl(QUrl(link));
+}
+
+void dlg_user_login::keyPressEvent(QKeyEvent* event) {
+    if (is_return_key(event)) emit ui->btn_submit->clicked(false);
+}
