@@ -1,0 +1,92 @@
+#include "e2e/service_process.h"
+
+#include <sqlite3.h>
+
+#include <QDeadlineTimer>
+#include <QFile>
+#include <stdexcept>
+
+const QString demo_password = QStringLiteral("Tavrok-2026");
+
+namespace {
+
+constexpr int deadline_ms = 30000;
+
+QString program() {
+    return qEnvironmentVariable("TAVROK_WMSD", QStringLiteral(TAVROK_WMSD_PROGRAM));
+}
+
+int run(const QStringList& arguments) {
+    QProcess once;
+    once.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    once.setStandardOutputFile(QProcess::nullDevice());
+    once.start(program(), arguments);
+    if (!once.waitForFinished(deadline_ms)) return -1;
+    return once.exitStatus() == QProcess::NormalExit ? once.exitCode() : -1;
+}
+
+} // namespace
+
+service_process::service_process(const QStringList& options) {
+    if (!folder.isValid()) throw std::runtime_error("no temporary folder");
+    if (run({QStringLiteral("demo"), QStringLiteral("--database"), database()}) != 0)
+        throw std::runtime_error("the demo data could not be made by " + program().toStdString());
+    start(options);
+}
+
+service_process::~service_process() {
+    stop();
+}
+
+void service_process::start(const QStringList& options) {
+    const QString port_path = folder.filePath(QStringLiteral("port"));
+    process.setProcessChannelMode(QProcess::SeparateChannels);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(folder.filePath(QStringLiteral("log")));
+    process.start(program(), QStringList{QStringLiteral("serve"), QStringLiteral("--database"), database(),
+                                         QStringLiteral("--listen"), QStringLiteral("127.0.0.1"),
+                                         QStringLiteral("--port"), QStringLiteral("0"),
+                                         QStringLiteral("--port-file"), port_path} +
+                                 options);
+    const QDeadlineTimer deadline(deadline_ms);
+    while (!deadline.hasExpired()) {
+        QFile file(port_path);
+        if (file.open(QIODevice::ReadOnly)) {
+            const int port = file.readAll().trimmed().toInt();
+            if (port > 0) {
+                root = QStringLiteral("https://127.0.0.1:%1/").arg(port);
+                return;
+            }
+        }
+        if (process.waitForFinished(10)) break;
+    }
+    QFile log(folder.filePath(QStringLiteral("log")));
+    const QByteArray said = log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray();
+    throw std::runtime_error("the service did not come up: " + said.toStdString());
+}
+
+void service_process::change_database(const char* sql) {
+    sqlite3* connection = nullptr;
+    int result = sqlite3_open(database().toUtf8().constData(), &connection);
+    sqlite3_busy_timeout(connection, 5000);
+    if (result == SQLITE_OK) result = sqlite3_exec(connection, sql, nullptr, nullptr, nullptr);
+    const std::string said = sqlite3_errmsg(connection);
+    const int changed = sqlite3_changes(connection);
+    sqlite3_close(connection);
+    if (result != SQLITE_OK) throw std::runtime_error("the database could not be changed: " + said);
+    if (changed == 0) throw std::runtime_error("nothing to change in the database");
+}
+
+int service_process::stop() {
+    if (process.state() == QProcess::NotRunning) return process.exitCode();
+    process.terminate();
+    if (process.waitForFinished(deadline_ms))
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    process.kill();
+    process.waitForFinished(deadline_ms);
+    return -1;
+}
+
+int service_process::check() {
+    return run({QStringLiteral("check"), QStringLiteral("--database"), database()});
+}

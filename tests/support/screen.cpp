@@ -1,0 +1,82 @@
+#include "support/screen.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTest>
+#include <QToolTip>
+
+void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
+namespace screen_detail {
+
+std::string names_below(const QObject* parent) {
+    std::string names;
+    const auto children = parent->findChildren<QObject*>();
+    for (const QObject* c : children)
+        if (!c->objectName().isEmpty() && !c->objectName().startsWith(QLatin1String("qt_")))
+            names += std::string(" ") + c->metaObject()->className() + ":" + c->objectName().toStdString();
+    return names;
+}
+
+} // namespace screen_detail
+
+namespace {
+
+QWidget* tip_window() {
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget* w : windows)
+        if (w->inherits("QTipLabel") && w->isVisible()) return w;
+    return nullptr;
+}
+
+} // namespace
+
+void type_into(const QObject* parent, const char* line_edit, const QString& text) {
+    auto* edit = child<QLineEdit>(parent, line_edit);
+    edit->selectAll();
+    if (text.isEmpty())
+        QTest::keyClick(edit, Qt::Key_Delete);
+    else
+        QTest::keyClicks(edit, text);
+}
+
+void click(const QObject* parent, const char* button) {
+    QTest::mouseClick(child<QPushButton>(parent, button), Qt::LeftButton);
+}
+
+QString shown_tip() {
+    return QToolTip::isVisible() ? QToolTip::text() : QString();
+}
+
+void clear_tip() {
+    if (QWidget* tip = tip_window()) tip->close();
+    QToolTip::hideText();
+}
+
+void expect_tip(QWidget* widget, const QString& text, QPoint at) {
+    EXPECT_EQ(shown_tip(), text);
+    QWidget* tip = tip_window();
+    if (tip == nullptr) {
+        ADD_FAILURE() << "no tool tip on the screen";
+        return;
+    }
+    const QPoint seen = tip->pos();
+    // The toolkit places a tip at an offset that depends on cursor and screen: a tip of the same size, shown
+    // where this one should be, has to come out at the same place.
+    QToolTip::showText(widget->mapToGlobal(at), QString(text.size(), QChar(0x4e00)), widget);
+    const QPoint expected = tip_window()->pos();
+    EXPECT_EQ(seen, expected) << "tip at " << seen.x() << "," << seen.y() << " instead of " << expected.x()
+                              << "," << expected.y();
+    clear_tip();
+}
+
+void click_row(QTableWidget* table, int row, Qt::KeyboardModifiers with) {
+    const QRect cell = table->visualItemRect(table->item(row, 1));
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, with, cell.center());
+}

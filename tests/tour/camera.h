@@ -1,0 +1,17 @@
+#pragma once
+#include <QDir>
+#include <QString>
+
+/** Takes pictures of everything that is on the screen, as a person before it would see it. */
+class camera {
+public:
+    explicit camera(const QString& folder);
+
+    bool usable() const;
+    /** Saves the next picture as NN_name.png. False if it cannot be written. */
+    bool take(const QString& name);
+
+private:
+    QDir folder;
+    int count = 0;
+};

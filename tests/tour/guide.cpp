@@ -1,0 +1,89 @@
+#include "tour/guide.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QWidget>
+#include <cstdio>
+#include <cstdlib>
+
+#include "support/screen.h"
+
+namespace {
+
+constexpr int step_deadline_ms = 20000;
+
+} // namespace
+
+guide::guide(const QString& folder) : pictures(folder) {
+    deadline.setSingleShot(true);
+    QObject::connect(&deadline, &QTimer::timeout, &deadline,
+                     [this] { fail(QStringLiteral("took longer than 20 s")); });
+    if (!pictures.usable()) fail(QStringLiteral("the folder for the pictures cannot be made"));
+}
+
+void guide::step(const char* name, const std::function<void()>& action) {
+    const QString outer = current;
+    current = QLatin1String(name);
+    ++count;
+    std::printf("%2d %s\n", count, name);
+    std::fflush(stdout);
+    deadline.start(step_deadline_ms);
+    guarded(action);
+    deadline.start(step_deadline_ms);
+    current = outer;
+}
+
+void guide::guarded(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::exception& problem) {
+        fail(QString::fromUtf8(problem.what()));
+    }
+}
+
+void guide::expect(bool holds, const QString& what) {
+    if (!holds) fail(QStringLiteral("this does not hold: ") + what);
+}
+
+void guide::picture() {
+    if (!pictures.take(current)) fail(QStringLiteral("the picture cannot be saved"));
+}
+
+void guide::with_modal(const std::function<void()>& act, const std::function<void(QWidget*)>& look) {
+    const QWidget* before = QApplication::activeModalWidget();
+    bool looked = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        QWidget* shown = QApplication::activeModalWidget();
+        if (shown == nullptr || shown == before || looked) return;
+        looked = true;
+        watch.stop();
+        guarded([&] {
+            settle(shown);
+            look(shown);
+        });
+        if (QApplication::activeModalWidget() == shown) shown->close();
+    });
+    watch.start(1);
+    act();
+    expect(looked, QStringLiteral("a dialog comes up"));
+}
+
+void guide::settle(QWidget* shown) {
+    expect(QTest::qWaitForWindowActive(shown), QStringLiteral("the window gets the input"));
+}
+
+void guide::expect_tip(const QString& text) {
+    QCoreApplication::sendPostedEvents();
+    expect(shown_tip() == text, QStringLiteral("the tip ") + text);
+    picture();
+    clear_tip();
+}
+
+void guide::fail(const QString& why) {
+    std::fprintf(stderr, "tour: step %s: %s\n", qUtf8Printable(current), qUtf8Printable(why));
+    pictures.take(current + QStringLiteral("_failed"));
+    std::fflush(nullptr);
+    // Out of whatever event loops are running, at once.
+    std::_Exit(1);
+}
