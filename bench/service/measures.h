@@ -1,0 +1,33 @@
+#pragma once
+
+#include <openssl/ssl.h>
+
+#include <string>
+
+#include "support/figures.h"
+#include "support/service.h"
+
+namespace bench {
+
+/** What the measures of one database share. */
+struct scene {
+    std::string label; /**< "SQLite" or "PostgreSQL", stands at the front of every figure */
+    bool limits_apply; /**< the limits are stated for SQLite; the other database is reported */
+    service_place place;
+    SSL_CTX* context;
+    figures* found;
+};
+
+/** Process start to the first answer of version/wms_check, on a database that exists. */
+void measure_start(const scene& where);
+/** Pages of 20, no criteria, on 8 connections: the first, the middle and the last. */
+void measure_pages(const scene& where, const service& running, const std::string& session);
+/** Search of the name by two characters: the service beside its own statements run in this process (SQLite).
+ * Starts a service of its own. */
+void measure_search(const scene& where);
+/** Resident memory with a thousand connections that have nothing to say. */
+void measure_idle_memory(const scene& where, const service& running);
+/** Durable adds on 1 and on 32 connections, beside what the disk can sync. */
+void measure_adds(const scene& where, const service& running, const std::string& session);
+
+} // namespace bench

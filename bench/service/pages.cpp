@@ -1,0 +1,70 @@
+#include <boost/json.hpp>
+#include <stdexcept>
+
+#include "service/measures.h"
+#include "support/statistics.h"
+#include "support/tls_load.h"
+
+namespace bench {
+namespace {
+
+constexpr unsigned connections = 8;
+constexpr double least_rate = 5000;
+constexpr double slowest_ms = 10;
+
+std::string page_request(const std::string& session, const std::string& page) {
+    return post("wms_company/get_page", "type=1&page_num=" + page + "&page_size=20", session);
+}
+
+struct page_facts {
+    std::int64_t total;
+    std::int64_t pages;
+    std::size_t length;
+};
+
+/** Asks for the page once and looks at it, so that the load measures real pages. */
+page_facts look(const scene& where, const service& running, const std::string& request) {
+    tls_client client(where.context, running.port());
+    const answer given = client.exchange(request);
+    const auto page = boost::json::parse(given.body).as_object();
+    if (page.at("list").as_array().empty()) throw std::runtime_error("an empty page: " + given.body);
+    return {page.at("total").as_int64(), page.at("page_count").as_int64(), given.body.size()};
+}
+
+} // namespace
+
+void measure_pages(const scene& where, const service& running, const std::string& session) {
+    const page_facts facts = look(where, running, page_request(session, "1"));
+    if (facts.total < 100'000) throw std::runtime_error("fewer than 100,000 partners to page through");
+    const std::string middle = std::to_string(facts.pages / 2);
+    for (const auto& [name, page] : {std::pair<const char*, std::string>{"first", "1"},
+                                     std::pair<const char*, std::string>{"middle", middle},
+                                     std::pair<const char*, std::string>{"last", "-1"}}) {
+        const std::string request = page_request(session, page);
+        const std::size_t length = look(where, running, request).length;
+        load_plan plan;
+        plan.port = running.port();
+        plan.connections = connections;
+        plan.next = [&](unsigned, std::uint64_t, std::string& text) { text = request; };
+        plan.good = [&](std::string_view body) { return body.size() == length; };
+        const load_result result = run_load(where.context, plan);
+        if (result.bad != 0)
+            throw std::runtime_error(std::to_string(result.bad) + " page answers were wrong");
+        const std::string what = where.label + ": " + name + " page of 20 of " +
+                                 readable(static_cast<double>(facts.total), "") + ", 8 connections";
+        figure rate{what,         result.rate(),
+                    "/s",         result.milliseconds.size(),
+                    std::nullopt, std::to_string(result.handshakes) + " new handshakes meanwhile"};
+        figure slow{what + ", p99", percentile(result.milliseconds, 0.99),
+                    "ms",           result.milliseconds.size(),
+                    std::nullopt,   "p50 " + readable(median(result.milliseconds), "ms")};
+        if (where.limits_apply && page == "1") {
+            rate.bound = limit{relation::at_least, least_rate};
+            slow.bound = limit{relation::at_most, slowest_ms};
+        }
+        where.found->add(std::move(rate));
+        where.found->add(std::move(slow));
+    }
+}
+
+} // namespace bench

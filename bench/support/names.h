@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/** The name of the partner with this number: place, firm name, trade and form, as a trading company has them.
+ */
+std::string partner_name(std::uint32_t number);
+
+/** Two-character texts that stand in some of the names: from one name in a few hundred to one in eight. */
+const std::vector<std::string>& search_terms();
+
+} // namespace bench
