@@ -6,7 +6,7 @@ packages_build="g++ cmake ninja-build ccache pkg-config ca-certificates
     libboost1.81-dev libboost-json1.81-dev libssl-dev libsqlite3-dev libpq-dev libsodium-dev libgd-dev
     libspdlog-dev libcli11-dev libgtest-dev libgmock-dev librapidcheck-dev"
 packages_client="qtbase5-dev qtbase5-dev-tools qttranslations5-l10n"
-packages_display="fonts-wqy-microhei fontconfig"
+packages_display="fonts-wqy-microhei fonts-symbola fontconfig"
 packages_tests="clang-format clang-tidy libbenchmark-dev postgresql openssl procps"
 
 # need SET...: installs the packages of these sets that are not there yet.

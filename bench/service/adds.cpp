@@ -14,18 +14,28 @@ namespace {
 constexpr unsigned many = 32;
 constexpr double least_gain = 5;
 
-/** How often a second the disk of this folder takes a block and swears that it has it. */
-figure sync_rate(const scene& where) {
+/** How often a second the disk of this folder takes a block and swears that it has it: at the end of a file
+ * that grows, or over blocks that the file has already, as a write-ahead log that starts over does. */
+figure sync_rate(const scene& where, bool grows) {
     constexpr std::int64_t time_ns = 3'000'000'000;
+    constexpr off_t blocks = 1000;
     const std::string path = where.place.folder + "/sync_probe";
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (file < 0) throw std::runtime_error("cannot write " + path);
     const std::string block(4096, 'x');
+    const auto size = static_cast<off_t>(block.size());
+    const auto put = [&](off_t number) {
+        return pwrite(file, block.data(), block.size(), number * size) == size;
+    };
+    if (!grows)
+        for (off_t number = 0; number < blocks; ++number)
+            put(number);
+    fsync(file);
     std::vector<double> milliseconds;
     const std::int64_t begin = now_ns();
     for (std::int64_t now = begin; now - begin < time_ns;) {
-        if (write(file, block.data(), block.size()) != static_cast<ssize_t>(block.size()) ||
-            fdatasync(file) != 0)
+        const auto number = static_cast<off_t>(milliseconds.size());
+        if (!put(grows ? number : number % blocks) || fdatasync(file) != 0)
             throw std::runtime_error("cannot sync " + path);
         const std::int64_t after = now_ns();
         milliseconds.push_back(static_cast<double>(after - now) / 1e6);
@@ -34,7 +44,7 @@ figure sync_rate(const scene& where) {
     const double seconds = static_cast<double>(now_ns() - begin) / 1e9;
     close(file);
     unlink(path.c_str());
-    return {"disk: write of 4 KiB and fdatasync, one after the other",
+    return {std::string("disk: write of 4 KiB and fdatasync, ") + (grows ? "growing file" : "in place"),
             static_cast<double>(milliseconds.size()) / seconds,
             "/s",
             milliseconds.size(),
@@ -65,7 +75,9 @@ load_result add_load(const scene& where, const service& running, const std::stri
 } // namespace
 
 void measure_adds(const scene& where, const service& running, const std::string& session) {
-    if (where.limits_apply) where.found->add(sync_rate(where));
+    if (where.limits_apply)
+        for (const bool grows : {true, false})
+            where.found->add(sync_rate(where, grows));
     // In turn, three rounds each, and the middle one of each: a slow second hits both alike.
     constexpr int rounds = 3;
     std::vector<double> one, all, one_ms, all_ms;

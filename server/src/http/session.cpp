@@ -209,6 +209,7 @@ void session::read_body() {
             handle_request();
             return;
         }
+        m_tls.acknowledge();
         if (!read_more(&session::read_body)) return;
     }
 }

@@ -1,5 +1,7 @@
 #include "http/tls_channel.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
@@ -106,6 +108,11 @@ tls_channel::result tls_channel::write(std::string_view whole) {
     ERR_clear_error();
     const int count = SSL_write(m_tls.get(), whole.data(), static_cast<int>(whole.size()));
     return count > 0 ? result::done : outcome(count);
+}
+
+void tls_channel::acknowledge() {
+    const int on = 1;
+    ::setsockopt(m_socket, IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
 }
 
 void tls_channel::say_farewell() {

@@ -28,6 +28,10 @@ public:
     result read(std::string& into);
     /** Hands all of it to the system. After want_... the same bytes are to be given again. */
     result write(std::string_view whole);
+    /** Acknowledges at once what has come. A peer that writes head and body apart and leaves Nagle's
+     * algorithm on would else hold the body back until the delayed acknowledgement, some 40 ms. Lasts for one
+     * wait. */
+    void acknowledge();
     /** Says close_notify where the handshake is over; never waits. */
     void say_farewell();
     /** Reads and drops raw bytes; `done` when some came, `closed` at the end. */

@@ -31,13 +31,11 @@ void task_queue::push(task incoming) {
         } else {
             ++count(incoming.what);
             m_tasks.push_back(std::move(incoming));
+            m_changed.notify_one();
+            return;
         }
     }
-    if (refusal) {
-        incoming.tell(std::make_exception_ptr(error(kind, refusal)));
-    } else {
-        m_changed.notify_one();
-    }
+    incoming.tell(std::make_exception_ptr(error(kind, refusal)));
 }
 
 std::optional<task> task_queue::pop() {

@@ -1,9 +1,11 @@
 #include "domain/partners.h"
 
+#include <array>
 #include <functional>
 
 #include "domain/refused.h"
 #include "domain/scene.h"
+#include "store/records/partners.h"
 
 namespace tavrok::domain {
 namespace {
@@ -162,6 +164,25 @@ TEST_P(partners, belong_to_their_company) {
     EXPECT_EQ(list(other, {.type = partner_type::any}).list.at(0).name, "丙");
 }
 
+/** The second line: were the check before a write ever lost, the write itself would still not leave the
+ * company. */
+TEST_P(partners, each_statement_is_bound_to_the_company) {
+    const auto id = add(boss, some_partner(1, "甲")).id;
+    const auto other = other_company().company;
+    std::array<store::value, store::g_partner_texts> texts;
+    texts.fill(std::string("x"));
+    std::array<store::value, store::g_partner_searched.size()> words;
+    words.fill(std::string("x"));
+    in->write([&](store::connection& with) {
+        EXPECT_EQ(store::live_partner_type(with, other, id), std::nullopt);
+        EXPECT_EQ(store::update_partner(with, other, id, texts, words), 0);
+        EXPECT_EQ(store::retire_partner(with, other, id, g_now), 0);
+        EXPECT_EQ(store::count_partners(with, {other, 0, {}}), 0);
+        EXPECT_EQ(store::partner_counter(with, other, 0), 0);
+    });
+    EXPECT_EQ(list(boss, {.type = partner_type::supplier}).list.at(0).name, "甲");
+}
+
 TEST_P(partners, are_counted_anew_after_every_change) {
     const partner_search search{.type = partner_type::supplier, .name = "甲"};
     EXPECT_EQ(list(boss, search).total, 0);
@@ -190,6 +211,7 @@ TEST_P(partners, are_searched_by_the_text_as_it_stands) {
     EXPECT_EQ(total("ärger"), 1);
     EXPECT_EQ(total("ЗАВОД"), 1);
     EXPECT_EQ(total("0%%"), 0);
+    EXPECT_EQ(total("C:\\"), 1);
     EXPECT_THROW(list(boss, {.type = partner_type::supplier, .name = std::string(1001, 'x')}), refused);
 }
 

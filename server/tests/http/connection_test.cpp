@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+
 #include "scene.h"
 
 namespace tavrok::test {
@@ -35,6 +38,29 @@ TEST(connection, stays_open_for_the_next_request) {
     }
     EXPECT_EQ(stage.server->figures().connections, 1u);
     EXPECT_TRUE(stage.reaches(stage.server->figures().requests, 50));
+}
+
+// The desktop client's network library writes head and body apart and leaves Nagle's algorithm on: its kernel
+// holds the body back until the head is acknowledged. A delayed acknowledgement makes such a request a
+// hundred times slower.
+TEST(connection, a_body_that_comes_after_its_head_is_not_held_back) {
+    scene stage;
+    tls_client client(stage.port());
+    const std::string whole = post("n", "a body");
+    const std::string_view head = std::string_view(whole).substr(0, whole.size() - 6);
+    const auto fastest = [&](bool apart) {
+        auto best = std::chrono::steady_clock::duration::max();
+        for (int n = 0; n < 30; ++n) {
+            const auto begun = std::chrono::steady_clock::now();
+            const bool sent = apart ? client.send(head) && client.send("a body") : client.send(whole);
+            if (!sent || !client.read()) return std::chrono::steady_clock::duration::max();
+            // The first few run before the kernel starts to delay acknowledgements.
+            if (n >= 20) best = std::min(best, std::chrono::steady_clock::now() - begun);
+        }
+        return best;
+    };
+    const auto at_once = fastest(false);
+    EXPECT_LT(fastest(true), 20 * at_once);
 }
 
 TEST(connection, closes_where_the_peer_asks_for_it) {
