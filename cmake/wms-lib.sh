@@ -70,8 +70,7 @@ start_demo_service() {
         touch "$folder/demo-ready"
     fi
     "$wmsd" serve --database "$folder/demo.db" --pepper-file "$folder/pepper" --listen 127.0.0.1 --port "$port" \
-        --port-file "$folder/port" --certificate "$folder/certificate.pem" --private-key "$folder/key.pem" \
-        >"$folder/service.log" 2>&1 &
+        --port-file "$folder/port" >"$folder/service.log" 2>&1 &
     service_pid=$!
     trap stop_service EXIT
     local tries=0
