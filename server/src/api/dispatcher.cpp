@@ -67,7 +67,8 @@ dispatcher::dispatcher(const services& with, metrics& figures)
       m_house(std::make_shared<housekeeping>(with)),
       m_gate(std::make_shared<repeat_gate>()) {}
 
-void dispatcher::handle(const endpoint& what, http::request incoming, http::respond answer) {
+dispatcher::shared_call dispatcher::begin(const endpoint& what, http::request incoming,
+                                          http::respond answer) {
     {
         const std::lock_guard lock(m_mutex);
         ++m_open;
@@ -76,6 +77,18 @@ void dispatcher::handle(const endpoint& what, http::request incoming, http::resp
     one->what = &what;
     one->origin = std::move(incoming);
     one->answer = std::move(answer);
+    return one;
+}
+
+void dispatcher::reject(const endpoint& what, http::request incoming, std::string reason,
+                        http::respond answer) {
+    const auto one = begin(what, std::move(incoming), std::move(answer));
+    one->refuse(std::move(reason));
+    end(one);
+}
+
+void dispatcher::handle(const endpoint& what, http::request incoming, http::respond answer) {
+    const auto one = begin(what, std::move(incoming), std::move(answer));
     try {
         start(one);
     } catch (...) {

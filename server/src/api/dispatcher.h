@@ -4,6 +4,7 @@
 #include <exception>
 #include <memory>
 #include <mutex>
+#include <string>
 
 #include "api/endpoint.h"
 #include "api/housekeeping.h"
@@ -23,6 +24,8 @@ public:
 
     /** Answers a request to `what`, an endpoint of the registry. */
     void handle(const endpoint& what, http::request incoming, http::respond answer);
+    /** Refuses in the form of the endpoint what the HTTP server did not let through. */
+    void reject(const endpoint& what, http::request incoming, std::string reason, http::respond answer);
     housekeeping& house() { return *m_house; }
     /** Waits until every request that came has been answered, then writes what is left. */
     void drain();
@@ -31,6 +34,7 @@ private:
     struct call;
     using shared_call = std::shared_ptr<call>;
 
+    shared_call begin(const endpoint& what, http::request incoming, http::respond answer);
     void start(const shared_call& one);
     void run_plain(const shared_call& one);
     void run_staged(const shared_call& one, const staged_work& work);

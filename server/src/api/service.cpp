@@ -16,6 +16,19 @@ namespace tavrok::api {
 
 namespace {
 
+std::string word_of(http::rejection why) {
+    switch (why) {
+        case http::rejection::body_too_large:
+            return "body over the limit";
+        case http::rejection::too_many_requests:
+            return "too many requests";
+        case http::rejection::timed_out:
+            return "not answered in time";
+        default:
+            return "failed";
+    }
+}
+
 class whole_service final : public service {
 public:
     whole_service(store::database& where, settings options, clock_function clock, defer later)
@@ -41,6 +54,11 @@ public:
     void handle(http::request incoming, http::respond answer) override {
         if (const auto* what = m_routes.find(incoming.path))
             return m_dispatcher->handle(*what, std::move(incoming), std::move(answer));
+        answer(probe(incoming, {ready(), m_options, *m_figures}));
+    }
+    void reject(http::request incoming, http::rejection why, http::respond answer) override {
+        if (const auto* what = m_routes.find(incoming.path))
+            return m_dispatcher->reject(*what, std::move(incoming), word_of(why), std::move(answer));
         answer(probe(incoming, {ready(), m_options, *m_figures}));
     }
     const std::vector<route_info>& routes() const override { return m_list; }

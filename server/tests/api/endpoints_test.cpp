@@ -64,6 +64,20 @@ TEST_P(endpoints_test, every_endpoint_refuses_what_is_garbled_in_its_own_form) {
     EXPECT_EQ(world->partners_of(cookie), before);
 }
 
+TEST_P(endpoints_test, what_the_server_turns_away_is_refused_in_the_form_of_the_endpoint) {
+    using http::rejection;
+    for (const auto& route : world->service->routes()) {
+        for (const auto why : {rejection::body_too_large, rejection::too_many_requests, rejection::timed_out,
+                               rejection::failed}) {
+            std::string body = "nothing came";
+            world->service->reject({"POST", route.path, "", cookie, "192.0.2.9", "id"}, why,
+                                   [&](const http::response& got) { body = got.body; });
+            EXPECT_EQ(body, refusals.at(route.path)) << route.path;
+        }
+        EXPECT_EQ(world->counted(route.path, "refused"), 4) << route.path;
+    }
+}
+
 TEST_P(endpoints_test, numbers_out_of_range_and_unknown_ids_are_refused) {
     const auto id = std::to_string(world->add_partner(cookie, 1, "kept"));
     const std::vector<std::pair<std::string, std::string>> wishes{

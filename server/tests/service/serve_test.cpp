@@ -45,6 +45,17 @@ std::string cookie_of(const reply& answer) {
 
 } // namespace
 
+TEST_P(serve, a_body_over_the_limit_is_refused_in_the_form_of_its_endpoint) {
+    const auto service = start();
+    tls_client client(service->port());
+    ASSERT_TRUE(client.connected());
+    const std::string body = "type=1&name=" + std::string(70'000, 'x');
+    EXPECT_EQ(client.ask(post("wms_company/do_add", body))->body, R"({"http_state":0})");
+    EXPECT_EQ(client.ask(post("wms_company/do_edit", body))->body, "0");
+    EXPECT_EQ(client.ask(post("wms_menu/get_menu", body))->body, "[]");
+    EXPECT_EQ(service->stop(), 0);
+}
+
 TEST_P(serve, answers_the_probes_and_the_protocol) {
     const auto service = start();
     tls_client client(service->port());
