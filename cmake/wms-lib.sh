@@ -117,6 +117,8 @@ run_ctest() {
         }
 }
 
+occurrences() { { grep -oE "$1" "$2" || true; } | wc -l; }
+
 # count_ctest XML: adds the single tests to passed and failed; the step itself was counted as one already.
 count_ctest() {
     local xml=$1 tests failures
@@ -124,10 +126,10 @@ count_ctest() {
         failed=$((failed + 1))
         return
     fi
-    tests=$(grep -oE '<testcase ' "$xml" | wc -l)
-    failures=$(grep -oE '<testcase [^>]*status="fail"' "$xml" | wc -l)
+    tests=$(occurrences '<testcase ' "$xml")
+    failures=$(occurrences '<testcase [^>]*status="fail"' "$xml")
     local skipped
-    skipped=$(grep -oE '<testcase [^>]*status="(notrun|disabled)"' "$xml" | wc -l)
+    skipped=$(occurrences '<testcase [^>]*status="(notrun|disabled)"' "$xml")
     [ "$skipped" -eq 0 ] || say "skipped by their own word: $skipped"
     passed=$((passed + tests - failures - skipped))
     failed=$((failed + failures))
