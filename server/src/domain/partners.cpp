@@ -51,11 +51,9 @@ void demand(const principal& who, std::int64_t type, std::string_view right) {
     if (!who.has(page, right)) throw refused("no right " + std::string(right) + " on " + std::string(page));
 }
 
-/** The partner picker is opened by the lists and editors of inbound and outbound documents. */
 bool may_pick(const principal& who) {
-    return std::any_of(who.rights.begin(), who.rights.end(), [](const auto& one) {
-        return one.first.starts_with("instore_") || one.first.starts_with("outstore_");
-    });
+    return std::any_of(g_partner_picker_pages.begin(), g_partner_picker_pages.end(),
+                       [&](std::string_view page) { return who.has_any(page); });
 }
 
 void demand_list(const principal& who, partner_type type) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -71,8 +72,13 @@ struct added {
     std::int64_t datetime;
 };
 
+/** Pages whose screens open the picker of trading partners. */
+inline constexpr std::array<std::string_view, 8> g_partner_picker_pages{
+    "instore_purchase",         "instore_sale_return", "instore_borrow_return", "instore_lend_return",
+    "outstore_purchase_return", "outstore_sale_take",  "outstore_lend",         "outstore_borrow_return"};
+
 /** Rights are judged here, because they hang on the kind of the record: "search" on the kind's page, or any
- * right on a page whose screens open the partner picker (the inbound and outbound documents). Kind `any`
+ * right on one of g_partner_picker_pages. Kind `any`
  * needs the latter, or "search" on all three pages. page_num -1 is the last page, a number outside is brought
  * into the range; page_size is 1 to 200. All of these throw `refused`, and an unknown id is as refused as one
  * of another company. */

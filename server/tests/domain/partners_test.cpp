@@ -274,12 +274,17 @@ TEST_P(partners, a_user_without_grants_has_nothing) {
 
 TEST_P(partners, are_open_to_whoever_writes_the_documents_that_pick_them) {
     add(boss, some_partner(2, "甲"));
-    const auto who = with_rows({200, 203, 20302});
+    const auto who = with_rows({200, 202, 20202}); // sales
     for (const auto type : {partner_type::supplier, partner_type::client, partner_type::any}) {
         EXPECT_NO_THROW(list(who, {.type = type}));
     }
     EXPECT_EQ(list(who, {.type = partner_type::any}).total, 1);
     EXPECT_THROW(add(who, some_partner(2, "乙")), refused);
+}
+
+TEST_P(partners, stay_closed_to_whoever_writes_documents_that_name_none) {
+    const auto who = with_rows({200, 203, 20302}); // what staff take out names a department
+    EXPECT_THROW(list(who, {.type = partner_type::client}), refused);
 }
 
 TEST_P(partners, all_three_search_rights_make_any_kind) {

@@ -2,7 +2,6 @@
 
 #include "api/json_writer.h"
 #include "api/modules/modules.h"
-#include "api/pickers.h"
 #include "domain/partners.h"
 
 namespace tavrok::api {
@@ -118,7 +117,7 @@ void add_company(registry& to, const services& with) {
                              "type",
                              "search",
                              {{1, {supplier}}, {2, {client}}, {3, {other}}, {4, {supplier, client, other}}}},
-                     .picker_pages = partner_picker_pages},
+                     .picker_pages = domain::g_partner_picker_pages},
          .work = read_work{[&counts](context& request) { get_page(request, counts); }}});
     to.add({.module = "wms_company",
             .action = "do_add",
