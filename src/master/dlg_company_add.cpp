@@ -1,9 +1,7 @@
 #include "master/dlg_company_add.h"
 
-#include <QRegExpValidator>
-
 #include "ui_dlg_company_add.h"
-#include "widgets/tips.h"
+#include "widgets/fields.h"
 
 namespace {
 
@@ -17,8 +15,7 @@ dlg_company_add::dlg_company_add(QWidget* parent, int dialog_mode, int type)
       mode(dialog_mode) {
     ui->setupUi(this);
     company.type = type;
-    ui->txt_mobile->setValidator(new QRegExpValidator(
-        QRegExp(QStringLiteral("^1[345789]\\d{9}$"), Qt::CaseSensitive), ui->txt_mobile));
+    set_pattern(ui->txt_mobile, g_mobile_pattern);
 }
 
 dlg_company_add::~dlg_company_add() = default;
@@ -51,28 +48,22 @@ void dlg_company_add::on_btn_save_clicked() {
 }
 
 void dlg_company_add::read_fields() {
-    company.name = ui->txt_name->text().trimmed();
-    company.address = ui->txt_address->text().trimmed();
-    company.phone = ui->txt_phone->text().trimmed();
-    company.fax = ui->txt_fax->text().trimmed();
-    company.linkman = ui->txt_linkman->text().trimmed();
-    company.mobile = ui->txt_mobile->text().trimmed();
-    company.bank = ui->txt_bank->text().trimmed();
-    company.account = ui->txt_account->text().trimmed();
-    company.remark = ui->txt_remark->text().trimmed();
+    company.name = field_text(ui->txt_name);
+    company.address = field_text(ui->txt_address);
+    company.phone = field_text(ui->txt_phone);
+    company.fax = field_text(ui->txt_fax);
+    company.linkman = field_text(ui->txt_linkman);
+    company.mobile = field_text(ui->txt_mobile);
+    company.bank = field_text(ui->txt_bank);
+    company.account = field_text(ui->txt_account);
+    company.remark = field_text(ui->txt_remark);
 }
 
 /** Stops at the first failure and tells the user. The pattern is held against the field's text, untrimmed. */
 bool dlg_company_add::check_fields() {
-    if (company.name.isEmpty())
-        show_tip(ui->txt_name, QStringLiteral("名称不能为空"));
-    else if (company.address.isEmpty())
-        show_tip(ui->txt_address, QStringLiteral("地址不能为空"));
-    else if (company.phone.isEmpty())
-        show_tip(ui->txt_phone, QStringLiteral("电话不能为空"));
-    else if (!company.mobile.isEmpty() && !ui->txt_mobile->hasAcceptableInput())
-        show_tip(ui->txt_mobile, QStringLiteral("格式不正确"));
-    else
-        return true;
-    return false;
+    return !fails(company.name.isEmpty(), ui->txt_name, QStringLiteral("名称不能为空")) &&
+           !fails(company.address.isEmpty(), ui->txt_address, QStringLiteral("地址不能为空")) &&
+           !fails(company.phone.isEmpty(), ui->txt_phone, QStringLiteral("电话不能为空")) &&
+           !fails(!company.mobile.isEmpty() && !ui->txt_mobile->hasAcceptableInput(), ui->txt_mobile,
+                  QStringLiteral("格式不正确"));
 }

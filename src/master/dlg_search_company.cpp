@@ -2,8 +2,9 @@
 
 #include "model/model_company.h"
 #include "ui_dlg_search_company.h"
+#include "widgets/fields.h"
 #include "widgets/keys.h"
-#include "widgets/paging.h"
+#include "widgets/list_page.h"
 #include "widgets/selection.h"
 
 namespace {
@@ -23,9 +24,8 @@ dlg_search_company::dlg_search_company(QWidget* parent, int type, int picking_mo
         ui->tablewidget->setToolTip(QStringLiteral("双击选择"));
         ui->btn_all->hide();
     }
-    page_bar = new paging(this, ui->tablewidget, QStringLiteral("company"), rows_per_page);
-    connect(this, &dlg_search_company::signal_send_args, page_bar, &paging::slot_set_args);
-    ui->layout_table->addWidget(page_bar);
+    page_bar =
+        add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("company"), rows_per_page);
     emit signal_send_args(model_company::search_args(company));
     page_bar->page_first();
 }
@@ -33,11 +33,11 @@ dlg_search_company::dlg_search_company(QWidget* parent, int type, int picking_mo
 dlg_search_company::~dlg_search_company() = default;
 
 void dlg_search_company::on_btn_search_clicked() {
-    company.name = ui->txt_name->text().trimmed();
-    company.bank = ui->txt_bank->text().trimmed();
-    company.account = ui->txt_account->text().trimmed();
-    company.address = ui->txt_address->text().trimmed();
-    company.remark = ui->txt_remark->text().trimmed();
+    company.name = field_text(ui->txt_name);
+    company.bank = field_text(ui->txt_bank);
+    company.account = field_text(ui->txt_account);
+    company.address = field_text(ui->txt_address);
+    company.remark = field_text(ui->txt_remark);
     emit signal_send_args(model_company::search_args(company));
     page_bar->page_first();
 }

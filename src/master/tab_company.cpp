@@ -1,15 +1,14 @@
 #include "master/tab_company.h"
 
-#include <QAction>
 #include <QCursor>
-#include <QMenu>
 
 #include "master/dlg_company_add.h"
+#include "model/answers.h"
 #include "model/model_company.h"
 #include "ui_tab_company.h"
-#include "widgets/context_menu.h"
+#include "widgets/fields.h"
 #include "widgets/keys.h"
-#include "widgets/paging.h"
+#include "widgets/list_page.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
 
@@ -29,30 +28,21 @@ tab_company::tab_company(QWidget* parent, int kind)
     : QWidget(parent), ui(std::make_unique<Ui::tab_company>()), type(kind) {
     ui->setupUi(this);
     connect(ui->tablewidget, &QTableWidget::customContextMenuRequested, this,
-            [this] { menu->popup(QCursor::pos()); });
+            [this] { menu.menu->popup(QCursor::pos()); });
     connect(ui->btn_add, &QPushButton::clicked, this, &tab_company::slot_company_to_add);
     connect(ui->btn_edit, &QPushButton::clicked, this, &tab_company::slot_company_to_edit);
     connect(ui->btn_delete, &QPushButton::clicked, this, &tab_company::slot_company_to_delete);
-    page_bar = new paging(this, ui->tablewidget, QStringLiteral("company"), rows_per_page);
-    connect(this, &tab_company::signal_send_args, page_bar, &paging::slot_set_args);
-    ui->verticalLayout->addWidget(page_bar);
-    make_context_menu();
+    page_bar =
+        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("company"), rows_per_page);
+    menu = make_context_menu<tab_company>(this, ui->tablewidget,
+                                          {{QStringLiteral("查询"), &tab_company::on_btn_search_clicked},
+                                           {QStringLiteral("添加"), &tab_company::slot_company_to_add},
+                                           {QStringLiteral("编辑"), &tab_company::slot_company_to_edit},
+                                           {QStringLiteral("删除"), &tab_company::slot_company_to_delete}});
     enable_by_rights();
 }
 
 tab_company::~tab_company() = default;
-
-void tab_company::make_context_menu() {
-    action_search = new QAction(QStringLiteral("查询"), this);
-    action_add = new QAction(QStringLiteral("添加"), this);
-    action_edit = new QAction(QStringLiteral("编辑"), this);
-    action_delete = new QAction(QStringLiteral("删除"), this);
-    connect(action_search, &QAction::triggered, this, &tab_company::on_btn_search_clicked);
-    connect(action_add, &QAction::triggered, this, &tab_company::slot_company_to_add);
-    connect(action_edit, &QAction::triggered, this, &tab_company::slot_company_to_edit);
-    connect(action_delete, &QAction::triggered, this, &tab_company::slot_company_to_delete);
-    menu = ::make_context_menu(ui->tablewidget, {action_search, action_add, action_edit, action_delete});
-}
 
 /**
  * The rights govern the menu entries and not the buttons. All three kinds' rights are applied in this order,
@@ -60,26 +50,21 @@ void tab_company::make_context_menu() {
  */
 void tab_company::enable_by_rights() {
     connect(this, &tab_company::signal_enable_search, this, &QWidget::setEnabled);
-    connect(this, &tab_company::signal_enable_add, action_add, &QAction::setEnabled);
-    connect(this, &tab_company::signal_enable_edit, action_edit, &QAction::setEnabled);
-    connect(this, &tab_company::signal_enable_delete, action_delete, &QAction::setEnabled);
-    const std::vector<right_signal<tab_company>> rights = {
-        {QStringLiteral("search"), &tab_company::signal_enable_search},
-        {QStringLiteral("add"), &tab_company::signal_enable_add},
-        {QStringLiteral("edit"), &tab_company::signal_enable_edit},
-        {QStringLiteral("delete"), &tab_company::signal_enable_delete}};
+    connect(this, &tab_company::signal_enable_add, menu.actions[1], &QAction::setEnabled);
+    connect(this, &tab_company::signal_enable_edit, menu.actions[2], &QAction::setEnabled);
+    connect(this, &tab_company::signal_enable_delete, menu.actions[3], &QAction::setEnabled);
     for (const QString& page : {QStringLiteral("company_supplier"), QStringLiteral("company_client"),
                                 QStringLiteral("company_other")})
-        apply_rights(this, page, &tab_company::on_btn_search_clicked, rights);
+        apply_rights(this, page, &tab_company::on_btn_search_clicked, list_rights<tab_company>());
 }
 
 void tab_company::on_btn_search_clicked() {
     search.type = type;
-    search.name = ui->txt_name->text().trimmed();
-    search.address = ui->txt_address->text().trimmed();
-    search.bank = ui->txt_bank->text().trimmed();
-    search.account = ui->txt_account->text().trimmed();
-    search.remark = ui->txt_remark->text().trimmed();
+    search.name = field_text(ui->txt_name);
+    search.address = field_text(ui->txt_address);
+    search.bank = field_text(ui->txt_bank);
+    search.account = field_text(ui->txt_account);
+    search.remark = field_text(ui->txt_remark);
     emit signal_send_args(model_company::search_args(search));
     page_bar->page_first();
 }
@@ -92,10 +77,10 @@ void tab_company::slot_company_to_add() {
 
 void tab_company::slot_company_do_add(struct_company company) {
     model_company model(ui->tablewidget);
-    const QJsonObject answer = model.do_add(company);
-    if (answer.value(QLatin1String("http_state")).toVariant().toInt() != 1) return;
-    company.id = answer.value(QLatin1String("insert_id")).toString();
-    company.datetime = answer.value(QLatin1String("datetime")).toVariant().toInt();
+    const auto added = read_added(model.do_add(company));
+    if (!added) return;
+    company.id = added->id;
+    company.datetime = added->datetime;
     model.add_row(company);
 }
 
@@ -118,11 +103,10 @@ void tab_company::slot_company_do_edit(struct_company company) {
 void tab_company::slot_company_to_delete() {
     model_company model(ui->tablewidget);
     const QAbstractItemModel* rows = ui->tablewidget->model();
-    for (int row : rows_to_delete(ui->tablewidget, this)) {
+    delete_rows(ui->tablewidget, this, [&](int row) {
         // A row that has moved away meanwhile reads as id 0.
-        const int id = rows->index(row, 0).data().toInt();
-        if (model.do_delete(QString::number(id, 10))) ui->tablewidget->removeRow(row);
-    }
+        return model.do_delete(QString::number(rows->index(row, 0).data().toInt(), 10));
+    });
 }
 
 void tab_company::keyPressEvent(QKeyEvent* event) {

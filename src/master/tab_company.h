@@ -4,9 +4,8 @@
 #include <memory>
 
 #include "model/struct_company.h"
+#include "widgets/context_menu.h"
 
-class QAction;
-class QMenu;
 class paging;
 namespace Ui {
 class tab_company;
@@ -42,16 +41,11 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void make_context_menu();
     void enable_by_rights();
 
     std::unique_ptr<Ui::tab_company> ui;
     int type;
     struct_company search;
     paging* page_bar;
-    QMenu* menu;
-    QAction* action_search;
-    QAction* action_add;
-    QAction* action_edit;
-    QAction* action_delete;
+    context_menu menu;
 };

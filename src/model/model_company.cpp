@@ -2,8 +2,9 @@
 
 #include <QTableWidget>
 
+#include "model/answers.h"
 #include "model/form_body.h"
-#include "model/page_answer.h"
+#include "model/record_page.h"
 #include "net/http.h"
 
 namespace {
@@ -48,12 +49,7 @@ model_company::model_company(QTableWidget* table_to_fill) : table(table_to_fill)
 }
 
 QHash<QString, QVariant> model_company::get_page(QString search, int page_num, int page_size) {
-    static const std::vector<column> list_columns = faces(columns());
-    const page_answer page =
-        request_page(QStringLiteral("wms_company/get_page"), search, page_num, page_size);
-    page_info = page.info;
-    fill_list(table, list_columns, page.list);
-    return page_info;
+    return load_page(table, QStringLiteral("wms_company/get_page"), columns(), search, page_num, page_size);
 }
 
 QJsonObject model_company::do_add(struct_company company) {
@@ -67,7 +63,7 @@ void model_company::do_edit(struct_company company) {
     args.clear();
     append(args, "&id=", company.id);
     append_filled(company);
-    if (g_http.post_raw(QStringLiteral("wms_company/do_edit"), args).toInt(nullptr, 10) <= 0) return;
+    if (!post_count(QStringLiteral("wms_company/do_edit"), args)) return;
     patch_record(table, table->currentRow(), columns(), company, 0, type_column);
     // The add time goes to the top row, whichever row was edited: kept on purpose.
     patch_record(table, 0, columns(), company, time_added_column, time_added_column);
@@ -76,7 +72,7 @@ void model_company::do_edit(struct_company company) {
 bool model_company::do_delete(QString id) {
     args.clear();
     append(args, "id=", id);
-    return g_http.post_raw(QStringLiteral("wms_company/do_delete"), args).toInt(nullptr, 10) > 0;
+    return post_count(QStringLiteral("wms_company/do_delete"), args);
 }
 
 void model_company::add_row(struct_company company) {

@@ -36,5 +36,4 @@ private:
 
     QTableWidget* table;
     QString args;
-    QHash<QString, QVariant> page_info;
 };

@@ -1,5 +1,7 @@
 #pragma once
+#include <QAction>
 #include <QString>
+#include <QWidget>
 #include <vector>
 
 #include "net/http.h"
@@ -10,6 +12,22 @@ struct right_signal {
     QString right;
     void (screen::*enable)(bool);
 };
+
+/** The rights of a plain list or tree in the order in which they are looked at. */
+template <class screen>
+std::vector<right_signal<screen>> list_rights(const QString& right_to_add = QStringLiteral("add")) {
+    return {{QStringLiteral("search"), &screen::signal_enable_search},
+            {right_to_add, &screen::signal_enable_add},
+            {QStringLiteral("edit"), &screen::signal_enable_edit},
+            {QStringLiteral("delete"), &screen::signal_enable_delete}};
+}
+
+/** A right that is lacking hides the button and greys the menu entry. */
+template <class screen>
+void enable_with(screen* target, void (screen::*enable)(bool), QWidget* button, QAction* entry) {
+    QObject::connect(target, enable, button, &QWidget::setVisible);
+    QObject::connect(target, enable, entry, &QAction::setEnabled);
+}
 
 /**
  * One pass over the rights of a page: each right's signal goes out with whether the user has it, in order.

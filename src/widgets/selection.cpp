@@ -28,3 +28,8 @@ QList<int> rows_to_delete(QTableWidget* table, QWidget* asker) {
     if (!confirm_delete(asker)) return {};
     return QList<int>(rows.rbegin(), rows.rend());
 }
+
+void delete_rows(QTableWidget* table, QWidget* asker, const std::function<bool(int row)>& delete_row) {
+    for (int row : rows_to_delete(table, asker))
+        if (delete_row(row)) table->removeRow(row);
+}

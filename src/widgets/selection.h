@@ -1,5 +1,6 @@
 #pragma once
 #include <QList>
+#include <functional>
 
 class QTableWidget;
 class QWidget;
@@ -18,3 +19,7 @@ bool confirm_delete(QWidget* asker);
  * deletions move rows.
  */
 QList<int> rows_to_delete(QTableWidget* table, QWidget* asker);
+
+/** Deletes the rows that rows_to_delete gives, one by one: `delete_row` tells the service and gives whether
+ * it agreed; only then the row goes. */
+void delete_rows(QTableWidget* table, QWidget* asker, const std::function<bool(int row)>& delete_row);

@@ -1,0 +1,17 @@
+#pragma once
+#include <QJsonObject>
+#include <QString>
+#include <optional>
+
+/** Posts a request that is answered by a count; whether anything was done. */
+bool post_count(const QString& path, const QString& args);
+
+/** What the service gave a new record. */
+struct added_record {
+    QString id;
+    /** Time added, seconds since the epoch. */
+    int datetime = 0;
+};
+
+/** Reads the answer to an addition; nothing when it was refused. */
+std::optional<added_record> read_added(const QJsonObject& answer);

@@ -1,0 +1,22 @@
+#pragma once
+#include <QString>
+
+class QEvent;
+class QLineEdit;
+class QObject;
+class QWidget;
+
+/** What a mobile number looks like. */
+extern const QString g_mobile_pattern;
+
+/** Lets only texts be typed that can become one of the pattern, letter case included. */
+void set_pattern(QLineEdit* field, const QString& pattern);
+
+/** The text of a field without the blanks around it. */
+QString field_text(const QLineEdit* field);
+
+/** Says `tip` at `field` when something is wrong with it; gives whether it is. */
+bool fails(bool wrong, QWidget* field, const QString& tip);
+
+/** Whether the event is the press of the left mouse button on a field that opens a picker. */
+bool is_pick(const QObject* object, const QEvent* event, const QWidget* field);
