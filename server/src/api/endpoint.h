@@ -50,6 +50,7 @@ struct access {
         undeclared,
         open,                   /**< anybody, session or not */
         session,                /**< any live session */
+        administrator,          /**< administrators, in their own company */
         operator_administrator, /**< administrators of the operator's own company */
         rights                  /**< whoever one of the rules below lets in */
     };

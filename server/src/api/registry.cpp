@@ -75,6 +75,8 @@ bool permitted(const access& rule, const context& what) {
     switch (rule.needs) {
         case access::who::session:
             return true;
+        case access::who::administrator:
+            return what.who->administrator;
         case access::who::operator_administrator:
             return what.who->operator_company && what.who->administrator;
         case access::who::rights:

@@ -53,6 +53,8 @@ std::string access_in_words(const access& rule) {
             return "anybody";
         case access::who::session:
             return "any session";
+        case access::who::administrator:
+            return "administrator";
         case access::who::operator_administrator:
             return "administrator of the operator";
         default:

@@ -43,7 +43,7 @@ std::int64_t create_company(store::connection& with, const std::string& name, bo
     if (operator_company && store::operator_exists(with)) {
         throw refused("there is a company that runs the service already");
     }
-    const auto id = store::insert_company(with, name, operator_company, now);
+    const auto id = store::insert_company(with, name, fold(name), operator_company, now);
     store::create_partner_counters(with, id);
     note(with, id, 0, "company_add", id, now);
     return id;
@@ -60,6 +60,7 @@ std::int64_t create_user(store::connection& with, const new_user& user, std::int
     record.username = user.username;
     record.username_folded = fold(user.username);
     record.realname = user.realname;
+    record.realname_folded = fold(user.realname);
     record.password_hash = user.password_hash;
     record.type = user.type;
     record.mobile = user.mobile;

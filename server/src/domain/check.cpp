@@ -28,6 +28,22 @@ void check_counters(store::connection& with, findings& found) {
     });
 }
 
+void check_list_counters(store::connection& with, findings& found) {
+    store::each_wrong_list_counter(with, [&](const store::wrong_list_counter& one) {
+        found.push_back({"counter", "company " + std::to_string(one.company) + ", list " + one.list +
+                                        ": the counter tells " + std::to_string(one.stored) + ", there are " +
+                                        std::to_string(one.counted)});
+    });
+}
+
+void check_folded_texts(store::connection& with, findings& found) {
+    store::each_folded_text(with, [&](const store::folded_text& one) {
+        if (one.folded == fold(one.text)) return;
+        found.push_back(
+            {"folded", of(one.company, one.table.c_str(), one.id) + " cannot be found by its texts"});
+    });
+}
+
 void check_references(store::connection& with, findings& found) {
     store::each_orphan(with, [&](const store::orphan& one) {
         found.push_back({"reference", of(one.company, one.table.c_str(), one.id) + " names a row of " +
@@ -88,6 +104,8 @@ void check_ids(store::connection& with, findings& found) {
 std::vector<finding> check(store::connection& with) {
     findings found;
     check_counters(with, found);
+    check_list_counters(with, found);
+    check_folded_texts(with, found);
     check_references(with, found);
     check_folded(with, found);
     check_menu(with, found);

@@ -14,9 +14,6 @@ namespace tavrok::domain {
 
 namespace {
 
-constexpr std::int64_t g_largest_page = 200;
-constexpr std::size_t g_word_limit = 1000;
-
 using checker = void (*)(std::string_view, std::string_view, std::size_t);
 
 /** A text of a partner: where it stands and what it must be. */
@@ -67,11 +64,8 @@ store::partner_filter filter_of(const principal& who, const partner_search& sear
     store::partner_filter filter;
     filter.company = who.company;
     filter.type = search.type == partner_type::any ? 0 : static_cast<std::int64_t>(search.type);
-    for (std::size_t i = 0; i < g_words.size(); ++i) {
-        const auto& word = search.*g_words[i];
-        check_text("criterion", word, g_word_limit);
-        if (!word.empty()) filter.patterns[i] = like_pattern(word);
-    }
+    for (std::size_t i = 0; i < g_words.size(); ++i)
+        filter.patterns[i] = criterion_pattern(search.*g_words[i]);
     return filter;
 }
 
@@ -79,16 +73,7 @@ std::int64_t total_of(store::connection& with, const store::partner_filter& filt
     if (filter.patterns == store::partner_words{}) {
         return store::partner_counter(with, filter.company, filter.type);
     }
-    // The lengths keep criteria apart whatever they hold.
-    std::string criteria = "partner " + std::to_string(filter.type);
-    for (const auto& one : filter.patterns)
-        criteria += ' ' + std::to_string(one.size()) + ':' + one;
-    // The version is read first: a count that is newer than its version is found out at the next one.
-    const auto version = store::data_version(with, filter.company);
-    if (const auto known = counts.find(filter.company, version, criteria)) return *known;
-    const auto total = store::count_partners(with, filter);
-    counts.keep(filter.company, version, criteria, total);
-    return total;
+    return filtered_total(with, store::g_partner_list, store::criteria_of(filter), counts);
 }
 
 partner partner_of(store::partner_record&& record) {
@@ -99,21 +84,6 @@ partner partner_of(store::partner_record&& record) {
     for (std::size_t i = 0; i < g_fields.size(); ++i)
         made.*g_fields[i].text = std::move(record.texts[i]);
     return made;
-}
-
-/** Rows `first` to `first + count` of `total`, counted off from the nearer end. */
-std::vector<partner> rows_of(store::connection& with, const store::partner_filter& filter, std::int64_t first,
-                             std::int64_t count, std::int64_t total) {
-    std::vector<partner> rows;
-    rows.reserve(static_cast<std::size_t>(count));
-    const auto take = [&](store::partner_record&& one) { rows.push_back(partner_of(std::move(one))); };
-    if (first <= total / 2) {
-        store::each_partner(with, filter, store::partner_end::newest, count, first, take);
-    } else {
-        store::each_partner(with, filter, store::partner_end::oldest, count, total - first - count, take);
-        std::reverse(rows.begin(), rows.end());
-    }
-    return rows;
 }
 
 } // namespace
@@ -140,16 +110,10 @@ std::string_view page_of(partner_type type) {
 partner_page list_partners(store::connection& with, const principal& who, const partner_search& search,
                            std::int64_t page_num, std::int64_t page_size, count_cache& counts) {
     demand_list(who, search.type);
-    if (page_size < 1 || page_size > g_largest_page) throw refused("page size out of range");
     const auto filter = filter_of(who, search);
-    partner_page page;
-    page.total = total_of(with, filter, counts);
-    page.page_count = (page.total + page_size - 1) / page_size;
-    if (page.total == 0) return page;
-    page.page_num = page_num == -1 ? page.page_count : std::clamp<std::int64_t>(page_num, 1, page.page_count);
-    const auto first = (page.page_num - 1) * page_size;
-    page.list = rows_of(with, filter, first, std::min(page_size, page.total - first), page.total);
-    return page;
+    return read_page<partner>(with, store::g_partner_list, store::criteria_of(filter),
+                              total_of(with, filter, counts), {page_num, page_size},
+                              [](const store::row& one) { return partner_of(store::partner_of(one)); });
 }
 
 added add_partner(store::connection& with, const principal& who, const partner& what, std::int64_t now) {

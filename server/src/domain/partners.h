@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "domain/count_cache.h"
+#include "domain/listing.h"
 #include "domain/principal.h"
 #include "store/connection.h"
 
@@ -46,12 +46,7 @@ struct partner_search {
     std::string remark{};
 };
 
-struct partner_page {
-    std::vector<partner> list; /**< newest first */
-    std::int64_t total{0};
-    std::int64_t page_count{0}; /**< 0 when nothing fits */
-    std::int64_t page_num{1};   /**< the page that `list` is */
-};
+using partner_page = list_page<partner>;
 
 /** What an edit changes: only what is given. */
 struct partner_change {
@@ -65,11 +60,6 @@ struct partner_change {
     std::optional<std::string> account{};
     std::optional<std::string> bank{};
     std::optional<std::string> remark{};
-};
-
-struct added {
-    std::int64_t id;
-    std::int64_t datetime;
 };
 
 /** Pages whose screens open the picker of trading partners. */

@@ -6,37 +6,10 @@
 #include "api/endpoint.h"
 #include "api/harness.h"
 #include "api/registry.h"
+#include "api/rights_samples.h"
 
 namespace tavrok::test {
 namespace {
-
-/** One request to an endpoint, on data of the company that asks. */
-struct sample {
-    std::string label;
-    std::string body;
-    int kind{0}; /**< of the partner that it names or searches; 0: of none */
-    bool consumes{false};
-};
-
-const std::map<int, std::string> page_of_kind{
-    {1, "company_supplier"}, {2, "company_client"}, {3, "company_other"}};
-
-/** Who may, written down a second time and by hand: path and kind to page and right. */
-bool expected(const std::string& path, int kind, const grant& granted) {
-    static const std::vector<std::string> with_picker{
-        "instore_purchase",         "instore_sale_return", "instore_borrow_return", "instore_lend_return",
-        "outstore_purchase_return", "outstore_sale_take",  "outstore_lend",         "outstore_borrow_return"};
-    if (path == "wms_menu/get_menu") return true;
-    if (path == "wms_company/get_page" &&
-        std::find(with_picker.begin(), with_picker.end(), granted.first) != with_picker.end())
-        return true;
-    if (kind == 4) return false;
-    const std::map<std::string, std::string> rights{{"wms_company/get_page", "search"},
-                                                    {"wms_company/do_add", "add"},
-                                                    {"wms_company/do_edit", "edit"},
-                                                    {"wms_company/do_delete", "delete"}};
-    return granted == grant(page_of_kind.at(kind), rights.at(path));
-}
 
 class rights_test : public testing::TestWithParam<std::string> {
 protected:
@@ -48,25 +21,7 @@ protected:
 
     std::string fresh_partner(int kind) { return std::to_string(world->add_partner(owner, kind, "partner")); }
 
-    /** The samples of an endpoint. A new endpoint has to join here: one without samples fails the tests. */
-    std::vector<sample> samples(const std::string& path) {
-        std::vector<sample> list;
-        for (const int kind : {1, 2, 3, 4}) {
-            const auto number = std::to_string(kind);
-            if (path == "wms_company/get_page")
-                list.push_back({"kind " + number, "type=" + number + "&page_num=1&page_size=20", kind});
-            if (kind == 4) continue;
-            if (path == "wms_company/do_add")
-                list.push_back({"kind " + number, "&type=" + number + "&name=n&phone=1&address=a", kind});
-            if (path == "wms_company/do_edit")
-                list.push_back({"kind " + number, "&id=" + fresh_partner(kind) + "&name=renamed", kind});
-            if (path == "wms_company/do_delete")
-                list.push_back({"kind " + number, "id=" + fresh_partner(kind), kind, true});
-        }
-        if (path == "wms_menu/get_menu") list.push_back({"the menu", "action=list"});
-        EXPECT_FALSE(list.empty()) << "no sample for " << path;
-        return list;
-    }
+    std::vector<sample> samples(const std::string& path) { return samples_of(*world, owner, path); }
 
     /** The endpoints that need a session. */
     std::vector<const api::endpoint*> guarded() const {
@@ -79,7 +34,7 @@ protected:
     bool served(const api::endpoint& what, const std::string& body, const std::string& cookie) {
         const auto refused = world->counted(what.path(), "refused");
         const auto answered = world->counted(what.path(), "answered");
-        const auto got = world->ask(what.path(), body, cookie).body;
+        const auto got = world->ask({what.path(), body, cookie, "192.0.2.9", std::string(what.method)}).body;
         const bool was_refused = world->counted(what.path(), "refused") == refused + 1;
         EXPECT_EQ(world->counted(what.path(), "answered"), answered + (was_refused ? 0 : 1)) << got;
         if (was_refused) {
@@ -97,8 +52,10 @@ TEST_P(rights_test, without_a_live_session_every_endpoint_answers_the_session_co
     ASSERT_FALSE(guarded().empty());
     for (const auto* what : guarded()) {
         for (const auto& one : samples(what->path())) {
-            EXPECT_EQ(world->ask(what->path(), one.body, "").body, "7") << what->path();
-            EXPECT_EQ(world->ask(what->path(), one.body, dead).body, "7") << what->path();
+            for (const auto& cookie : {std::string(), dead}) {
+                const wish asked{what->path(), one.body, cookie, "192.0.2.9", std::string(what->method)};
+                EXPECT_EQ(world->ask(asked).body, "7") << what->path();
+            }
         }
         for (const auto* garbled : {"", "nonsense", "\xFF"})
             EXPECT_EQ(world->ask(what->path(), garbled, dead).body, "7") << what->path();
@@ -135,10 +92,10 @@ TEST_P(rights_test, each_single_grant_opens_what_it_should_and_nothing_else) {
         const auto cookie = world->session_of(user);
         for (const auto* what : guarded()) {
             for (auto& one : requests[what->path()]) {
-                const bool open = expected(what->path(), one.kind, granted);
+                const bool open = one.open(granted);
                 EXPECT_EQ(served(*what, one.body, cookie), open)
                     << what->path() << " " << one.label << " with " << granted.first << " " << granted.second;
-                if (open && one.consumes) one.body = "id=" + fresh_partner(one.kind);
+                if (open && one.fresh) one.body = one.fresh();
             }
         }
     }

@@ -102,8 +102,11 @@ INSTANTIATE_TEST_SUITE_P(
                "INSERT INTO repeat_record VALUES (1001, 1, 4711, 'a', hex(zeroblob(32)), 'x', 1, 0)",
                "reference", "repeat_record"},
         damage{"user_company",
-               "INSERT INTO app_user SELECT 4711, 5000, 'w', 'w', realname, password_hash, type, "
-               "state, '', '', '', 0, 0 FROM app_user WHERE id = 1001",
+               "INSERT INTO app_user ("
+               "company, id, username, username_folded, realname, password_hash, type, state, mobile, email, "
+               "email_folded, last_login_at, registered_at, realname_folded)"
+               " SELECT 4711, 5000, 'w', 'w', realname, password_hash, type, state, '', '', '', 0, 0, "
+               "realname_folded FROM app_user WHERE id = 1001",
                "reference", "app_user 5000"},
         damage{"grant_user", "UPDATE user_grant SET user_id = 4711", "reference", "user_grant 4711"},
         damage{"grant_row", "UPDATE user_grant SET menu_id = 4711", "reference", "menu"},

@@ -156,9 +156,11 @@ TEST_P(partner_model, any_run_of_changes_leaves_the_lists_that_an_oracle_expects
         // two companies side by side in every run; fresh ones, so that runs do not meet
         std::vector<company> both;
         for (int i = 0; i < 2; ++i) {
-            const auto id =
-                in.write([&](store::connection& with) { return create_company(with, "公司", false, g_now); });
-            both.emplace_back(in, in.log_in(in.user(id, "u" + std::to_string(++run), 1)), counts);
+            ++run;
+            const auto id = in.write([&](store::connection& with) {
+                return create_company(with, "公司 " + std::to_string(run), false, g_now);
+            });
+            both.emplace_back(in, in.log_in(in.user(id, "u" + std::to_string(run), 1)), counts);
         }
         const auto steps = *rc::gen::inRange(0, 30);
         for (int i = 0; i < steps; ++i) {

@@ -1,6 +1,4 @@
-#include <limits>
-
-#include "api/json_writer.h"
+#include "api/answers.h"
 #include "api/modules/modules.h"
 #include "domain/partners.h"
 
@@ -8,14 +6,9 @@ namespace tavrok::api {
 
 namespace {
 
-constexpr std::int64_t any_number = std::numeric_limits<std::int64_t>::max();
 constexpr std::string_view supplier = "company_supplier";
 constexpr std::string_view client = "company_client";
 constexpr std::string_view other = "company_other";
-
-std::optional<std::string> given(const fields& form, std::string_view key) {
-    return form.has(key) ? std::optional(std::string(form.text(key))) : std::nullopt;
-}
 
 void write_partner(json_writer& json, const domain::partner& one) {
     json.open_object().number_text("id", one.id).text("name", one.name).text("phone", one.phone);
@@ -36,13 +29,7 @@ void get_page(context& request, domain::count_cache& counts) {
     search.remark = form.text("remark");
     const auto page = domain::list_partners(*request.db, *request.who, search, form.integer("page_num"),
                                             form.integer("page_size"), counts);
-    request.answer.reserve(80 + page.list.size() * 320);
-    json_writer json(request.answer);
-    json.open_object().name("list").open_array();
-    for (const auto& one : page.list)
-        write_partner(json, one);
-    json.close_array().integer("total", page.total).integer("page_count", page.page_count);
-    json.integer("page_num", page.page_num).close_object();
+    write_page(request.answer, page, write_partner);
 }
 
 void do_add(context& request) {
@@ -59,12 +46,7 @@ void do_add(context& request) {
     one.bank = form.text("bank");
     one.remark = form.text("remark");
     const auto added = domain::add_partner(*request.db, *request.who, one, request.now);
-    json_writer(request.answer)
-        .open_object()
-        .integer("http_state", 1)
-        .number_text("insert_id", added.id)
-        .integer("datetime", added.datetime)
-        .close_object();
+    write_added(request.answer, added);
 }
 
 void do_edit(context& request) {
@@ -108,8 +90,7 @@ void add_company(registry& to, const services& with) {
         {.module = "wms_company",
          .action = "get_page",
          .keys = {integer_key("type", 1, 4), text_key("name"), text_key("address"), text_key("bank"),
-                  text_key("account"), text_key("remark"), integer_key("page_num", -any_number, any_number),
-                  integer_key("page_size", 1, 200)},
+                  text_key("account"), text_key("remark"), page_num_key(), page_size_key()},
          .answer = form::page,
          .allowed = {.needs = access::who::rights,
                      .by_value =

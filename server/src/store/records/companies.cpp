@@ -4,8 +4,9 @@ namespace tavrok::store {
 
 namespace {
 
-const statement g_insert{"company_insert",
-                         "INSERT INTO company (name, is_operator, created_at) VALUES (?, ?, ?) RETURNING id"};
+const statement g_insert{
+    "company_insert",
+    "INSERT INTO company (name, name_folded, is_operator, created_at) VALUES (?, ?, ?, ?) RETURNING id"};
 const statement g_any{"company_any", "SELECT id FROM company LIMIT 1"};
 const statement g_operator{"company_operator", "SELECT id FROM company WHERE is_operator = 1"};
 const statement g_version{"company_version", "SELECT data_version FROM company WHERE id = ?"};
@@ -13,9 +14,10 @@ const statement g_bump{"company_bump", "UPDATE company SET data_version = data_v
 
 } // namespace
 
-std::int64_t insert_company(connection& with, const std::string& name, bool is_operator, std::int64_t now) {
+std::int64_t insert_company(connection& with, const std::string& name, const std::string& folded,
+                            bool is_operator, std::int64_t now) {
     std::int64_t id = 0;
-    with.query(g_insert, {name, std::int64_t{is_operator}, now},
+    with.query(g_insert, {name, folded, std::int64_t{is_operator}, now},
                [&](const row& one) { id = one.integer(0); });
     return id;
 }

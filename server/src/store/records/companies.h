@@ -7,7 +7,8 @@
 
 namespace tavrok::store {
 
-std::int64_t insert_company(connection& with, const std::string& name, bool is_operator, std::int64_t now);
+std::int64_t insert_company(connection& with, const std::string& name, const std::string& folded,
+                            bool is_operator, std::int64_t now);
 bool any_company(connection& with);
 bool operator_exists(connection& with);
 /** The version of the company's data; 0 for an unknown company. */

@@ -41,36 +41,6 @@ const statement g_counter_sum{
     "partner_counter_sum",
     "SELECT coalesce(CAST(sum(live) AS BIGINT), 0) FROM partner_counter WHERE company = ?"};
 
-/** The conditions of a filter with what they bind; `name` tells filters with different conditions apart. */
-struct condition {
-    std::string name;
-    std::string sql;
-    std::vector<value> bound;
-};
-
-condition condition_of(const partner_filter& filter) {
-    condition made{"", "company = ? AND state = 1", {filter.company}};
-    if (filter.type != 0) {
-        made.name += 't';
-        made.sql += " AND type = ?";
-        made.bound.emplace_back(filter.type);
-    }
-    for (std::size_t i = 0; i < filter.patterns.size(); ++i) {
-        if (filter.patterns[i].empty()) continue;
-        made.name += static_cast<char>('0' + i);
-        made.sql += std::string(" AND ") + g_folded[i] + " LIKE ? ESCAPE '\\'";
-        made.bound.emplace_back(filter.patterns[i]);
-    }
-    return made;
-}
-
-partner_record record_of(const row& one) {
-    partner_record made{one.integer(0), one.integer(1), one.integer(2), {}};
-    for (std::size_t i = 0; i < g_partner_texts; ++i)
-        made.texts[i] = one.text(static_cast<int>(i) + 3);
-    return made;
-}
-
 } // namespace
 
 std::int64_t insert_partner(connection& with, std::int64_t company, std::int64_t user,
@@ -103,31 +73,23 @@ std::int64_t retire_partner(connection& with, std::int64_t company, std::int64_t
     return with.execute(g_retire, {now, company, id});
 }
 
-void each_partner(connection& with, const partner_filter& filter, partner_end from, std::int64_t limit,
-                  std::int64_t offset, const std::function<void(partner_record&&)>& each) {
-    auto where = condition_of(filter);
-    const bool newest = from == partner_end::newest;
-    const std::string order = newest ? "DESC" : "ASC";
-    // The ids first, from an index alone; only the rows of the page are read whole.
-    const statement page{std::string(newest ? "partner_newest_" : "partner_oldest_") + where.name,
-                         "SELECT p.id, p.type, p.added_at, p.name, p.phone, p.linkman, p.mobile, p.fax, "
-                         "p.address, p.account, p.bank, p.remark FROM (SELECT id FROM partner WHERE " +
-                             where.sql + " ORDER BY id " + order +
-                             " LIMIT ? OFFSET ?) k JOIN partner p ON p.id = k.id AND p.company = ? "
-                             "ORDER BY k.id " +
-                             order};
-    where.bound.emplace_back(limit);
-    where.bound.emplace_back(offset);
-    where.bound.emplace_back(filter.company);
-    with.query(page, where.bound, [&](const row& one) { each(record_of(one)); });
+const listing g_partner_list{"partner", "partner", "state = 1",
+                             "t.id, t.type, t.added_at, t.name, t.phone, t.linkman, t.mobile, t.fax, "
+                             "t.address, t.account, t.bank, t.remark"};
+
+list_filter criteria_of(const partner_filter& filter) {
+    list_filter made{filter.company, {}};
+    if (filter.type != 0) equal(made, "type", filter.type);
+    for (std::size_t i = 0; i < filter.patterns.size(); ++i)
+        like(made, g_folded[i], filter.patterns[i]);
+    return made;
 }
 
-std::int64_t count_partners(connection& with, const partner_filter& filter) {
-    const auto where = condition_of(filter);
-    const statement count{"partner_count_" + where.name, "SELECT count(*) FROM partner WHERE " + where.sql};
-    std::int64_t found = 0;
-    with.query(count, where.bound, [&](const row& one) { found = one.integer(0); });
-    return found;
+partner_record partner_of(const row& one) {
+    partner_record made{one.integer(0), one.integer(1), one.integer(2), {}};
+    for (std::size_t i = 0; i < g_partner_texts; ++i)
+        made.texts[i] = one.text(static_cast<int>(i) + 3);
+    return made;
 }
 
 void create_partner_counters(connection& with, std::int64_t company) {

@@ -3,11 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
 #include "store/connection.h"
+#include "store/records/listing.h"
 
 namespace tavrok::store {
 
@@ -37,8 +37,10 @@ struct partner_filter {
     partner_words patterns;
 };
 
-/** The end from which rows are counted off: the nearer one is the cheaper. */
-enum class partner_end { newest, oldest };
+/** The list of partners; a row of it is read by partner_of. */
+extern const listing g_partner_list;
+list_filter criteria_of(const partner_filter& filter);
+partner_record partner_of(const row& one);
 
 std::int64_t insert_partner(connection& with, std::int64_t company, std::int64_t user,
                             const partner_record& what, const partner_words& folded);
@@ -50,12 +52,6 @@ std::int64_t update_partner(connection& with, std::int64_t company, std::int64_t
 std::optional<std::int64_t> live_partner_type(connection& with, std::int64_t company, std::int64_t id);
 /** Gives 0 for an unknown or retired partner. */
 std::int64_t retire_partner(connection& with, std::int64_t company, std::int64_t id, std::int64_t now);
-
-/** Rows `offset` to `offset + limit` from that end, and in that direction. */
-void each_partner(connection& with, const partner_filter& filter, partner_end from, std::int64_t limit,
-                  std::int64_t offset, const std::function<void(partner_record&&)>& each);
-/** Counts row by row: for filtered lists. */
-std::int64_t count_partners(connection& with, const partner_filter& filter);
 
 void create_partner_counters(connection& with, std::int64_t company);
 void change_partner_counter(connection& with, std::int64_t company, std::int64_t type, std::int64_t by);

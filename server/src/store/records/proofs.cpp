@@ -21,6 +21,26 @@ const statement g_users{
     "proof_users",
     "SELECT company, id, username, username_folded, email, email_folded FROM app_user ORDER BY company, id"};
 
+/** A list whose live rows are counted in list_counter. */
+struct counted_list {
+    const char* table;
+    const char* list;
+    const char* live;
+};
+
+constexpr std::array<counted_list, 1> g_counted_lists{{
+    {"app_user", "user", "removed_at IS NULL"},
+}};
+
+struct folded_column {
+    const char* table;
+    const char* column; // its folded form stands in column_folded
+};
+
+constexpr std::array<folded_column, 1> g_folded_columns{{
+    {"app_user", "realname"},
+}};
+
 struct reference {
     const char* table;
     const char* id; // the column that finds the row again
@@ -52,6 +72,31 @@ void each_wrong_counter(connection& with, const std::function<void(const wrong_c
         const wrong_counter found{one.integer(0), one.integer(1), one.integer(2), one.integer(3)};
         if (found.stored != found.counted) each(found);
     });
+}
+
+void each_wrong_list_counter(connection& with, const std::function<void(const wrong_list_counter&)>& each) {
+    for (const auto& [table, list, live] : g_counted_lists) {
+        const statement search{
+            std::string("proof_counter_") + list,
+            std::string("SELECT c.id, coalesce(k.live, 0), (SELECT count(*) FROM ") + table +
+                " t WHERE t.company = c.id AND " + live +
+                ") FROM company c LEFT JOIN list_counter k ON k.company = c.id AND k.list = ? ORDER BY c.id"};
+        with.query(search, {std::string(list)}, [&, name = list](const row& one) {
+            const wrong_list_counter found{one.integer(0), name, one.integer(1), one.integer(2)};
+            if (found.stored != found.counted) each(found);
+        });
+    }
+}
+
+void each_folded_text(connection& with, const std::function<void(const folded_text&)>& each) {
+    for (const auto& [table, column] : g_folded_columns) {
+        const statement search{std::string("proof_folded_") + table + '_' + column,
+                               std::string("SELECT company, id, ") + column + ", " + column +
+                                   "_folded FROM " + table + " ORDER BY company, id"};
+        with.query(search, {}, [&, name = table](const row& one) {
+            each({name, one.integer(0), one.integer(1), std::string(one.text(2)), std::string(one.text(3))});
+        });
+    }
 }
 
 void each_orphan(connection& with, const std::function<void(const orphan&)>& each) {

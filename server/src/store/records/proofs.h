@@ -20,6 +20,25 @@ struct wrong_counter {
 };
 void each_wrong_counter(connection& with, const std::function<void(const wrong_counter&)>& each);
 
+/** The same of the lists with a counter of their own; a list is named as its listing is. */
+struct wrong_list_counter {
+    std::int64_t company;
+    std::string list;
+    std::int64_t stored; /**< 0: there is none */
+    std::int64_t counted;
+};
+void each_wrong_list_counter(connection& with, const std::function<void(const wrong_list_counter&)>& each);
+
+/** Every text of a row that has a folded column, of the plain lists. */
+struct folded_text {
+    std::string table;
+    std::int64_t company;
+    std::int64_t id;
+    std::string text;
+    std::string folded;
+};
+void each_folded_text(connection& with, const std::function<void(const folded_text&)>& each);
+
 /** A row that names a row which is not there, or one of another company. */
 struct orphan {
     std::string table;

@@ -2,6 +2,7 @@
 set(WMSD_RECORD_SOURCES
     records/audit.cpp
     records/companies.cpp
+    records/listing.cpp
     records/login_failures.cpp
     records/menu.cpp
     records/partners.cpp

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "store/connection.h"
+#include "store/records/listing.h"
 
 namespace tavrok::store {
 
@@ -15,6 +16,7 @@ struct user_record {
     std::string username;
     std::string username_folded;
     std::string realname;
+    std::string realname_folded;
     std::string password_hash;
     std::int64_t type{2};
     std::int64_t state{1};
@@ -24,6 +26,9 @@ struct user_record {
     std::int64_t last_login_at{0};
     std::int64_t registered_at{0};
 };
+
+/** The list of a company's users. */
+extern const listing g_user_list;
 
 /** Gives the id; `id` and `last_login_at` of the record are ignored. */
 std::int64_t insert_user(connection& with, const user_record& user);

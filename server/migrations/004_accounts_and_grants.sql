@@ -1,0 +1,44 @@
+-- What sign-up and the administration of users need.
+
+-- A company signs up under a name that no other has. Names that stand already are folded as well as the database can.
+ALTER TABLE company ADD COLUMN name_folded {text} NOT NULL DEFAULT '';
+ALTER TABLE company ADD COLUMN phone {text} NOT NULL DEFAULT '' CHECK (length(phone) <= 200);
+ALTER TABLE company ADD COLUMN address {text} NOT NULL DEFAULT '' CHECK (length(address) <= 1000);
+UPDATE company SET name_folded = lower(name);
+CREATE UNIQUE INDEX company_name ON company (name_folded) WHERE name_folded <> '';
+
+-- A user who was deleted keeps his row, as documents go on naming him; his name, mobile and e-mail are free again.
+-- The folded name of such a row is no name that anybody can have.
+ALTER TABLE app_user ADD COLUMN realname_folded {text} NOT NULL DEFAULT '';
+ALTER TABLE app_user ADD COLUMN removed_at {int};
+UPDATE app_user SET realname_folded = lower(realname);
+CREATE INDEX app_user_page ON app_user (company, removed_at, id);
+
+-- The picture that a visitor has to read before he signs up, one for a visitor's cookie. What he signed up with is kept
+-- as a hash with the answer that he got, for the request that the network brings twice.
+CREATE TABLE captcha (
+    visitor_hash {text} NOT NULL PRIMARY KEY CHECK (length(visitor_hash) = 64),
+    code_hash {text} NOT NULL CHECK (length(code_hash) = 64),
+    made_at {int} NOT NULL,
+    attempts {int} NOT NULL DEFAULT 0 CHECK (attempts >= 0),
+    used_for {text} NOT NULL DEFAULT '',
+    answer {int} NOT NULL DEFAULT 0
+) {strict};
+CREATE INDEX captcha_age ON captcha (made_at);
+
+-- The last number given where the service gives the ids itself: menu rows that the operator adds, and employees, whose
+-- low byte must be a character that can stand for them.
+CREATE TABLE number_series (
+    name {text} NOT NULL PRIMARY KEY,
+    last {int} NOT NULL CHECK (last >= 1000)
+) {strict};
+INSERT INTO number_series (name, last) VALUES ('menu', 100000), ('employee', 1000);
+
+-- How many rows of a list are live; changes in the transaction that changes them. No row: none.
+CREATE TABLE list_counter (
+    company {int} NOT NULL REFERENCES company (id),
+    list {text} NOT NULL,
+    live {int} NOT NULL CHECK (live >= 0),
+    PRIMARY KEY (company, list)
+) {strict};
+INSERT INTO list_counter (company, list, live) SELECT company, 'user', count(*) FROM app_user GROUP BY company;

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "store/connection.h"
+
+namespace tavrok::store {
+
+/** A table whose live rows are listed newest first: how its pages are read. */
+struct listing {
+    const char* name;    /**< names its statements, its counter and its counts */
+    const char* table;   /**< has the columns company and id */
+    const char* live;    /**< the condition of a row that lists show */
+    const char* columns; /**< what a row is read with; the table is t */
+    const char* joins{""};
+};
+
+/** What a listed row must fulfil. */
+struct criterion {
+    enum class match { equal, like };
+    const char* column;
+    match how;
+    value bound; /**< for `like` a pattern over a folded column */
+};
+
+struct list_filter {
+    std::int64_t company{0};
+    std::vector<criterion> criteria;
+};
+
+/** The end from which rows are counted off: the nearer one is the cheaper. */
+enum class list_end { newest, oldest };
+
+/** Adds a criterion where there is a pattern. */
+void like(list_filter& filter, const char* column, const std::string& pattern);
+/** Adds a criterion. */
+void equal(list_filter& filter, const char* column, std::int64_t bound);
+
+/** Rows `offset` to `offset + limit` from that end, and in that direction. */
+void each_listed(connection& with, const listing& what, const list_filter& filter, list_end from,
+                 std::int64_t limit, std::int64_t offset, const std::function<void(const row&)>& each);
+/** Counts row by row: for filtered lists. */
+std::int64_t count_listed(connection& with, const listing& what, const list_filter& filter);
+
+/** The kept number of live rows of a company's list. */
+std::int64_t list_counter(connection& with, std::int64_t company, const listing& what);
+void change_list_counter(connection& with, std::int64_t company, const listing& what, std::int64_t by);
+
+/** The next number of a series; its row is locked from here to the commit. */
+std::int64_t next_number(connection& with, const std::string& series);
+
+} // namespace tavrok::store
