@@ -16,7 +16,7 @@ QString whole_number(const QJsonValue& value, const QString&) {
 }
 
 QString money(const QJsonValue& value, const QString&) {
-    return QString::number(value.toVariant().toDouble(), 'f', 2);
+    return shown_money(value.toVariant().toDouble());
 }
 
 QString time(const QJsonValue& value, const QString&) {
@@ -67,6 +67,10 @@ void set_look(QTableWidget* table, const std::vector<column>& columns) {
 QString shown_time(qint64 seconds) {
     if (seconds == 0) return QString();
     return QDateTime::fromSecsSinceEpoch(seconds).toString(QStringLiteral("yyyy-MM-dd hh:mm"));
+}
+
+QString shown_money(double amount) {
+    return QString::number(amount, 'f', 2);
 }
 
 void fill_list(QTableWidget* table, const std::vector<column>& columns, const QJsonArray& list) {

@@ -30,6 +30,9 @@ QString carried_time(const QJsonValue& value, const QString& above);
 /** Seconds since the epoch as local time "yyyy-MM-dd hh:mm"; 0 is empty. */
 QString shown_time(qint64 seconds);
 
+/** An amount with two decimals. */
+QString shown_money(double amount);
+
 /** One column of a list. Its place in the list's table is the contract for every later read of a row. */
 struct column {
     QString header;

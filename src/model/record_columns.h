@@ -38,6 +38,15 @@ record_column<record> code_column(QString header, QString key, int record::*fiel
         {header, key}, shown, shown, [field](record& r, const QString& text) { r.*field = text.toInt(); }};
 }
 
+/** An amount, sent as a number or as text, shown with two decimals and taken back from there. */
+template <class record>
+record_column<record> money_column(QString header, QString key, double record::*field) {
+    const auto shown = [field](const record& r) { return shown_money(r.*field); };
+    return {{header, key, cell::money}, shown, shown, [field](record& r, const QString& text) {
+                r.*field = text.toDouble();
+            }};
+}
+
 /** A time: seconds when the service gives it, and from then on the text that the list shows. */
 template <class record>
 record_column<record> time_column(QString header, QString key, int record::*seconds, QString record::*text) {

@@ -1,6 +1,8 @@
 #include "widgets/fields.h"
 
+#include <QDoubleValidator>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMouseEvent>
 #include <QRegExpValidator>
 
@@ -10,6 +12,14 @@ const QString g_mobile_pattern = QStringLiteral("^1[345789]\\d{9}$");
 
 void set_pattern(QLineEdit* field, const QString& pattern) {
     field->setValidator(new QRegExpValidator(QRegExp(pattern, Qt::CaseSensitive), field));
+}
+
+void set_amount(QLineEdit* field, double lowest, double highest, int decimals) {
+    auto* validator = new QDoubleValidator(lowest, highest, decimals, field);
+    QLocale plain = QLocale::c();
+    plain.setNumberOptions(QLocale::RejectGroupSeparator);
+    validator->setLocale(plain);
+    field->setValidator(validator);
 }
 
 QString field_text(const QLineEdit* field) {

@@ -12,6 +12,12 @@ extern const QString g_mobile_pattern;
 /** Lets only texts be typed that can become one of the pattern, letter case included. */
 void set_pattern(QLineEdit* field, const QString& pattern);
 
+/**
+ * Lets only amounts within these bounds be typed, written with a point and without separators of thousands
+ * whatever the user's locale: a plain conversion to a number reads the text.
+ */
+void set_amount(QLineEdit* field, double lowest, double highest, int decimals);
+
 /** The text of a field without the blanks around it. */
 QString field_text(const QLineEdit* field);
 

@@ -4,6 +4,7 @@
 #include <QRegExpValidator>
 
 #include "model/model_company.h"
+#include "model/model_product.h"
 #include "ui_paging.h"
 
 namespace {
@@ -19,6 +20,7 @@ using maker = model_interface* (*)(QTableWidget*);
 model_interface* make_page_model(const QString& module, QTableWidget* table) {
     static const QHash<QString, maker> makers = {
         {QStringLiteral("company"), make<model_company>},
+        {QStringLiteral("product"), make<model_product>},
     };
     const maker make_model = makers.value(module, nullptr);
     return make_model != nullptr ? make_model(table) : nullptr;

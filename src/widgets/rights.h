@@ -1,5 +1,6 @@
 #pragma once
 #include <QAction>
+#include <QList>
 #include <QString>
 #include <QWidget>
 #include <vector>
@@ -27,6 +28,18 @@ template <class screen>
 void enable_with(screen* target, void (screen::*enable)(bool), QWidget* button, QAction* entry) {
     QObject::connect(target, enable, button, &QWidget::setVisible);
     QObject::connect(target, enable, entry, &QAction::setEnabled);
+}
+
+/**
+ * The rights of a screen that govern the entries of its menu (search, add, edit, delete) and no button.
+ * Without the search right the whole screen is grey.
+ */
+template <class screen>
+void enable_entries(screen* target, const QList<QAction*>& entries) {
+    QObject::connect(target, &screen::signal_enable_search, target, &QWidget::setEnabled);
+    QObject::connect(target, &screen::signal_enable_add, entries[1], &QAction::setEnabled);
+    QObject::connect(target, &screen::signal_enable_edit, entries[2], &QAction::setEnabled);
+    QObject::connect(target, &screen::signal_enable_delete, entries[3], &QAction::setEnabled);
 }
 
 /**
