@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include "master/dlg_dept.h"
+#include "master/dlg_prodcate.h"
 #include "master/tab_company.h"
+#include "master/tab_product.h"
 
 namespace {
 
@@ -17,9 +20,17 @@ QWidget* make_with_kind(QWidget* parent, int kind) {
     return new screen(parent, kind);
 }
 
+template <class screen>
+QWidget* make_plain(QWidget* parent, int) {
+    return new screen(parent);
+}
+
 const std::vector<screen_row>& screen_rows() {
     static const std::vector<screen_row> rows{
+        {QStringLiteral("dlg_dept"), make_with_kind<dlg_dept>},
+        {QStringLiteral("dlg_prodcate"), make_with_kind<dlg_prodcate>},
         {QStringLiteral("tab_company"), make_with_kind<tab_company>},
+        {QStringLiteral("tab_product"), make_plain<tab_product>},
     };
     return rows;
 }

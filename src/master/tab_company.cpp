@@ -49,10 +49,7 @@ tab_company::~tab_company() = default;
  * whichever kind the tab shows: the last has the last word, and each that grants the search loads the list.
  */
 void tab_company::enable_by_rights() {
-    connect(this, &tab_company::signal_enable_search, this, &QWidget::setEnabled);
-    connect(this, &tab_company::signal_enable_add, menu.actions[1], &QAction::setEnabled);
-    connect(this, &tab_company::signal_enable_edit, menu.actions[2], &QAction::setEnabled);
-    connect(this, &tab_company::signal_enable_delete, menu.actions[3], &QAction::setEnabled);
+    enable_entries(this, menu.actions);
     for (const QString& page : {QStringLiteral("company_supplier"), QStringLiteral("company_client"),
                                 QStringLiteral("company_other")})
         apply_rights(this, page, &tab_company::on_btn_search_clicked, list_rights<tab_company>());

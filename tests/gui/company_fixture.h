@@ -1,14 +1,12 @@
 #pragma once
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTableWidget>
-#include <vector>
 
 #include "model/list_table.h"
-#include "net/http.h"
 #include "support/client_fixture.h"
 #include "support/modal.h"
+#include "support/pages.h"
 #include "support/screen.h"
 #include "support/time_zone.h"
 
@@ -36,27 +34,11 @@ protected:
         QJsonArray list;
         for (int n = first; n <= last; ++n)
             list.append(partner(n));
-        return QJsonDocument(QJsonObject{{QStringLiteral("list"), list},
-                                         {QStringLiteral("total"), last - first + 1},
-                                         {QStringLiteral("page_count"), page_count},
-                                         {QStringLiteral("page_num"), page_num}})
-            .toJson(QJsonDocument::Compact);
-    }
-
-    /** Grants rights on one page. */
-    static void grant(const char* page, const std::vector<const char*>& rights) {
-        QStringList& granted = g_http.rights[QLatin1String(page)];
-        for (const char* right : rights)
-            granted.append(QLatin1String(right));
+        return page_body(list, page_count, page_num);
     }
 
     /** The names in the list, top to bottom. */
-    static QStringList names(const QTableWidget* table) {
-        QStringList result;
-        for (int row = 0; row < table->rowCount(); ++row)
-            result.append(cell_text(table, row, 1));
-        return result;
-    }
+    static QStringList names(const QTableWidget* table) { return column_texts(table, 1); }
 
     const scoped_time_zone zone{"UTC"};
 };

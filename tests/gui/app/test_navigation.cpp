@@ -48,7 +48,8 @@ const expected_row expected_rows[] = {
 };
 
 /** The screens that the client has. */
-const QStringList screens{QStringLiteral("tab_company")};
+const QStringList screens{QStringLiteral("dlg_dept"), QStringLiteral("dlg_prodcate"),
+                          QStringLiteral("tab_company"), QStringLiteral("tab_product")};
 
 class navigation_test : public app_test {
 protected:
