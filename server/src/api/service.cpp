@@ -44,6 +44,8 @@ public:
         add_wms(m_routes, m_with);
         add_menu(m_routes, m_with);
         add_company(m_routes, m_with);
+        add_emp(m_routes, m_with);
+        add_warehouse(m_routes, m_with);
         m_list = list_routes(m_routes);
         m_figures.emplace(m_routes);
         m_dispatcher.emplace(m_with, *m_figures);

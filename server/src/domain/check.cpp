@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "domain/employees.h"
 #include "domain/fold.h"
 #include "domain/menu.h"
 #include "store/records/menu.h"
@@ -96,6 +97,11 @@ void check_ids(store::connection& with, findings& found) {
     store::each_row_with_id(with, g_session_code, [&](const std::string& table) {
         found.push_back(
             {"id", table + " has a row with the id 7, which clients take for the end of a session"});
+    });
+    store::each_employee_id(with, [&](std::int64_t company, std::int64_t id) {
+        if (may_name_employee(id)) return;
+        found.push_back(
+            {"id", of(company, "employee", id) + " has an id whose low byte is no letter for it"});
     });
 }
 

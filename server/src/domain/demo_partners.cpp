@@ -1,24 +1,12 @@
 #include "domain/demo_partners.h"
 
-#include <array>
-#include <cstdio>
 #include <string>
+
+#include "domain/demo_words.h"
 
 namespace tavrok::domain {
 
 namespace {
-
-using words = std::initializer_list<const char*>;
-
-const char* pick(words from, std::size_t number) {
-    return from.begin()[number % from.size()];
-}
-
-std::string digits(const char* before, std::size_t number, int width) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%s%0*zu", before, width, number);
-    return text.data();
-}
 
 const words g_towns{"澜杉市", "霁柘县", "鹭屿浦镇", "云枬市", "苍榆港", "沐栎城", "青柠坞镇", "岚桉县"};
 const words g_brands{"翊岚", "枬和", "栎川",   "霁远", "澄柘", "瀚榆",   "拓禾",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -14,5 +15,20 @@ void check_required(std::string_view what, std::string_view text, std::size_t li
 /** Refuses a telephone number that is no number: digits and what people put between them. Not stricter, as
  * what a client once stored must go on being accepted. */
 void check_dialable(std::string_view what, std::string_view text, std::size_t limit);
+
+/** A text of a record: where it stands and what it must be. */
+template <typename record>
+struct text_rule {
+    const char* name;
+    std::string record::*text;
+    void (*check)(std::string_view what, std::string_view text, std::size_t limit);
+    std::size_t limit;
+};
+
+template <typename record, std::size_t count>
+void check_texts(const record& what, const std::array<text_rule<record>, count>& rules) {
+    for (const auto& one : rules)
+        one.check(one.name, what.*one.text, one.limit);
+}
 
 } // namespace tavrok::domain

@@ -25,6 +25,8 @@ using sampler = std::vector<sample> (*)(harness& world, const std::string& owner
 
 std::vector<sample> company_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> menu_samples(harness& world, const std::string& owner, const std::string& path);
+std::vector<sample> emp_samples(harness& world, const std::string& owner, const std::string& path);
+std::vector<sample> warehouse_samples(harness& world, const std::string& owner, const std::string& path);
 
 /** The samples of an endpoint. A new endpoint has to join here: one without samples fails the test. */
 std::vector<sample> samples_of(harness& world, const std::string& owner, const std::string& path);

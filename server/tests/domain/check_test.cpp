@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "domain/scene.h"
+#include "domain/staff_scene.h"
 
 namespace tavrok::domain {
 namespace {
@@ -24,6 +24,12 @@ void fill(test::scene& in) {
     }
     in.write([&](store::connection& with) { remove_partner(with, boss, 1002, g_now); });
     in.write([&](store::connection& with) { grant_row(with, in.hand, 400, g_now); });
+    in.write([&](store::connection& with) {
+        const auto keeper = add_employee(with, boss, test::full_employee("Ab-1"), g_now).id;
+        add_employee(with, boss, test::some_employee("Ab-2"), g_now);
+        remove_employee(with, boss, add_employee(with, boss, test::some_employee("c"), g_now).id, g_now);
+        add_warehouse(with, boss, test::full_warehouse("Ab 仓"), std::to_string(keeper), g_now);
+    });
 }
 
 class proofs : public test::on_engine {};
@@ -56,6 +62,12 @@ TEST_P(proofs, find_what_the_constraints_let_through) {
         {"", "UPDATE menu SET action = 'gone' WHERE action = 'stock_allot'", "menu", "stock_allot"},
         {"", "INSERT INTO audit (company, user_id, noted_at, what, object_id) VALUES (1001, 4711, 1, 'x', 1)",
          "reference", "app_user"},
+        {"", "UPDATE list_counter SET live = live + 1 WHERE list = 'employee'", "counter", "list employee"},
+        {"", "DELETE FROM list_counter WHERE list = 'warehouse'", "counter", "list warehouse"},
+        {"", "UPDATE employee SET name_folded = 'x' WHERE id = 1001", "folded", "employee 1001"},
+        {"", "UPDATE employee SET jobnum = 'x' WHERE id = 1002", "folded", "employee 1002"},
+        {"", "UPDATE warehouse SET phone_folded = 'x'", "folded", "warehouse 1001"},
+        {"", "UPDATE employee SET id = 1024 WHERE id = 1002", "id", "employee 1024"},
     };
     std::size_t expected = 0;
     for (const auto& one : all) {
@@ -116,6 +128,21 @@ INSTANTIATE_TEST_SUITE_P(
         damage{"counter_gone", "DELETE FROM partner_counter WHERE type = 1", "counter", "nothing"},
         damage{"counter_of_nobody", "INSERT INTO partner_counter VALUES (4711, 1, 0)", "reference",
                "company 4711"},
+        damage{"employee_company", "UPDATE employee SET company = 4711 WHERE id = 1003", "reference",
+               "company 4711, employee 1003"},
+        damage{"employee_user", "UPDATE employee SET added_by = 4711 WHERE id = 1002", "reference",
+               "employee 1002 names a row of app_user"},
+        damage{"employee_erased", "DELETE FROM employee WHERE id = 1002", "counter", "list employee"},
+        damage{"employee_idnum", "UPDATE employee SET idnum_folded = '990117' WHERE id = 1001", "folded",
+               "employee 1001"},
+        damage{"warehouse_keeper", "UPDATE warehouse SET keeper = 4711", "reference",
+               "warehouse 1001 names a row of employee"},
+        damage{"warehouse_user", "UPDATE warehouse SET added_by = 4711", "reference",
+               "warehouse 1001 names a row of app_user"},
+        damage{"warehouse_name", "UPDATE warehouse SET name = 'x'", "folded", "warehouse 1001"},
+        damage{"warehouse_erased", "DELETE FROM warehouse", "counter", "list warehouse"},
+        damage{"warehouse_7", "UPDATE warehouse SET id = 7", "id", "warehouse"},
+        damage{"employee_7", "UPDATE employee SET id = 7 WHERE id = 1002", "id", "employee"},
         damage{"menu_hanging", "UPDATE menu SET parent = 4711 WHERE id = 40301", "menu", "below no row"},
         damage{"menu_page_gone", "DELETE FROM menu WHERE id = 501 OR id = 50101", "menu", "user"},
         damage{"menu_7", "UPDATE menu SET id = 7 WHERE id = 50101", "id", "menu"},

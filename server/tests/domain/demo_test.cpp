@@ -1,11 +1,14 @@
 #include "domain/demo.h"
 
+#include <map>
 #include <regex>
 #include <set>
 
 #include "domain/check.h"
+#include "domain/employees.h"
 #include "domain/refused.h"
 #include "domain/scene.h"
+#include "domain/warehouses.h"
 
 namespace tavrok::domain {
 namespace {
@@ -90,6 +93,47 @@ TEST_P(demo, has_many_believable_partners_of_each_kind) {
     EXPECT_GT(newer, g_now - 600 * 24 * 3600) << "nothing is older than the company";
 }
 
+TEST_P(demo, has_believable_staff_and_warehouses) {
+    const auto who = principal_of("demo_admin");
+    count_cache counts;
+    employee_page staff;
+    warehouse_page houses;
+    store::read_now(**database, [&](store::connection& with) {
+        staff = list_employees(with, who, {}, {1, 200}, counts);
+        houses = list_warehouses(with, who, {}, {1, 200}, counts);
+    });
+    EXPECT_EQ(staff.total, 40);
+    const std::regex idnum("[1-9][0-9]{5}[1-9][0-9]{3}(0[0-9]|1[0-2])([012][0-9]|3[01])[0-9]{3}[0-9X]");
+    std::set<std::string> names;
+    std::map<std::string, int> count;
+    std::int64_t newer = g_now;
+    for (const auto& one : staff.list) {
+        EXPECT_TRUE(names.insert(one.name).second) << one.name;
+        EXPECT_TRUE(one.idnum.empty() || std::regex_match(one.idnum, idnum)) << one.idnum;
+        EXPECT_TRUE(one.idnum.empty() || one.idnum.starts_with("990117")) << "an area that does not exist";
+        EXPECT_TRUE(one.mobile.empty() || one.mobile.starts_with("154")) << "a prefix that nobody has";
+        count["no idnum"] += one.idnum.empty() ? 1 : 0;
+        count["no mobile"] += one.mobile.empty() ? 1 : 0;
+        count["left"] += one.dimission == 1 ? 1 : 0;
+        count["default"] += one.isdefault == 1 ? 1 : 0;
+        EXPECT_LT(one.added_at, newer) << "newest first, all in the past";
+        newer = one.added_at;
+    }
+    EXPECT_GT(newer, g_now - 600 * 24 * 3600) << "nobody is older than the company";
+    EXPECT_EQ(count["default"], 1);
+    for (const char* some : {"no idnum", "no mobile", "left"}) {
+        EXPECT_GT(count[some], 1) << some;
+        EXPECT_LT(count[some], 15) << some;
+    }
+    ASSERT_EQ(houses.total, 4);
+    std::set<std::int64_t> keepers;
+    for (const auto& one : houses.list) {
+        EXPECT_TRUE(names.contains(one.keeper_name)) << one.keeper_name;
+        EXPECT_TRUE(keepers.insert(one.keeper).second) << "each has a keeper of its own";
+        EXPECT_EQ(one.isdefault, one.id == houses.list.back().id ? 1 : 0);
+    }
+}
+
 TEST_P(demo, accounts_may_do_what_they_are_said_to) {
     EXPECT_TRUE(log_in("demo_guest").rows.empty());
     EXPECT_EQ(log_in("demo_guest").accepted, true);
@@ -110,6 +154,10 @@ TEST_P(demo, shows_two_companies_that_do_not_see_each_other) {
     EXPECT_FALSE(nord.operator_company);
     const auto there = list(nord, partner_type::any);
     EXPECT_EQ(there.total, 12);
+    store::read_now(**database, [&](store::connection& with) {
+        EXPECT_EQ(list_employee_options(with, nord).size(), 3U);
+        EXPECT_EQ(list_warehouse_options(with, nord).size(), 1U);
+    });
     std::set<std::int64_t> ids;
     for (const auto& one : here.list)
         ids.insert(one.id);

@@ -28,8 +28,10 @@ struct counted_list {
     const char* live;
 };
 
-constexpr std::array<counted_list, 1> g_counted_lists{{
+constexpr std::array<counted_list, 3> g_counted_lists{{
     {"app_user", "user", "removed_at IS NULL"},
+    {"employee", "employee", "state = 1"},
+    {"warehouse", "warehouse", "state = 1"},
 }};
 
 struct folded_column {
@@ -37,8 +39,13 @@ struct folded_column {
     const char* column; // its folded form stands in column_folded
 };
 
-constexpr std::array<folded_column, 1> g_folded_columns{{
+constexpr std::array<folded_column, 6> g_folded_columns{{
     {"app_user", "realname"},
+    {"employee", "name"},
+    {"employee", "jobnum"},
+    {"employee", "idnum"},
+    {"warehouse", "name"},
+    {"warehouse", "phone"},
 }};
 
 struct reference {
@@ -49,7 +56,7 @@ struct reference {
     const char* only{"1 = 1"};
 };
 
-constexpr std::array<reference, 11> g_references{{
+constexpr std::array<reference, 16> g_references{{
     {"app_user", "id", "company", "p.id = c.company"},
     {"session", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
     {"relogin_secret", "user_id", "app_user", "p.company = c.company AND p.id = c.user_id"},
@@ -61,9 +68,15 @@ constexpr std::array<reference, 11> g_references{{
     {"partner", "id", "company", "p.id = c.company"},
     {"partner", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
     {"partner_counter", "type", "company", "p.id = c.company"},
+    {"employee", "id", "company", "p.id = c.company"},
+    {"employee", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
+    {"warehouse", "id", "company", "p.id = c.company"},
+    {"warehouse", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
+    {"warehouse", "id", "employee", "p.company = c.company AND p.id = c.keeper"},
 }};
 
-constexpr std::array<const char*, 4> g_tables_with_ids{"company", "app_user", "menu", "partner"};
+constexpr std::array<const char*, 6> g_tables_with_ids{"company", "app_user", "menu",
+                                                       "partner", "employee", "warehouse"};
 
 } // namespace
 

@@ -2,11 +2,14 @@
 set(WMSD_RECORD_SOURCES
     records/audit.cpp
     records/companies.cpp
+    records/employees.cpp
     records/listing.cpp
+    records/live_rows.cpp
     records/login_failures.cpp
     records/menu.cpp
     records/partners.cpp
     records/proofs.cpp
     records/repeats.cpp
     records/sessions.cpp
-    records/users.cpp)
+    records/users.cpp
+    records/warehouses.cpp)
