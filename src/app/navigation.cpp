@@ -5,7 +5,9 @@
 #include "master/dlg_dept.h"
 #include "master/dlg_prodcate.h"
 #include "master/tab_company.h"
+#include "master/tab_emp.h"
 #include "master/tab_product.h"
+#include "master/tab_warehouse.h"
 
 namespace {
 
@@ -31,6 +33,8 @@ const std::vector<screen_row>& screen_rows() {
         {QStringLiteral("dlg_prodcate"), make_with_kind<dlg_prodcate>},
         {QStringLiteral("tab_company"), make_with_kind<tab_company>},
         {QStringLiteral("tab_product"), make_plain<tab_product>},
+        {QStringLiteral("tab_emp"), make_plain<tab_emp>},
+        {QStringLiteral("tab_warehouse"), make_plain<tab_warehouse>},
     };
     return rows;
 }

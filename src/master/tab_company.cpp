@@ -74,11 +74,7 @@ void tab_company::slot_company_to_add() {
 
 void tab_company::slot_company_do_add(struct_company company) {
     model_company model(ui->tablewidget);
-    const auto added = read_added(model.do_add(company));
-    if (!added) return;
-    company.id = added->id;
-    company.datetime = added->datetime;
-    model.add_row(company);
+    if (take_added(company, model.do_add(company))) model.add_row(company);
 }
 
 void tab_company::slot_company_to_edit() {

@@ -38,8 +38,7 @@ tab_product::tab_product(QWidget* parent) : QWidget(parent), ui(std::make_unique
 tab_product::~tab_product() = default;
 
 void tab_product::enable_by_rights() {
-    connect(this, &tab_product::signal_enable_search, ui->btn_search, &QWidget::setVisible);
-    connect(this, &tab_product::signal_enable_search, this, &QWidget::setEnabled);
+    enable_search_with(this, ui->btn_search);
     enable_with(this, &tab_product::signal_enable_add, ui->btn_add, menu.actions[1]);
     enable_with(this, &tab_product::signal_enable_edit, ui->btn_edit, menu.actions[2]);
     enable_with(this, &tab_product::signal_enable_delete, ui->btn_delete, menu.actions[3]);
@@ -82,11 +81,7 @@ void tab_product::slot_product_to_add() {
 
 void tab_product::slot_product_do_add(struct_product product) {
     model_product model(ui->tablewidget);
-    const auto added = read_added(model.do_add(product));
-    if (!added) return;
-    product.id = added->id;
-    product.datetime = added->datetime;
-    model.add_row(product);
+    if (take_added(product, model.do_add(product))) model.add_row(product);
 }
 
 void tab_product::slot_product_to_edit() {

@@ -15,3 +15,13 @@ struct added_record {
 
 /** Reads the answer to an addition; nothing when it was refused. */
 std::optional<added_record> read_added(const QJsonObject& answer);
+
+/** Gives a record that was sent what the service made of it; whether the service took it. */
+template <class record>
+bool take_added(record& sent, const QJsonObject& answer) {
+    const auto added = read_added(answer);
+    if (!added) return false;
+    sent.id = added->id;
+    sent.datetime = added->datetime;
+    return true;
+}

@@ -2,13 +2,14 @@
 #include <QJsonArray>
 #include <QJsonValue>
 #include <QString>
+#include <QVariant>
 #include <vector>
 
 class QTableWidget;
 
 /**
  * How a list reads one value of a page into a cell. `above` is what the same column shows in the row above
- * (empty in the first row). A list with a code of its own, shown as a word, writes its own reader.
+ * (empty in the first row).
  */
 using cell_reader = QString (*)(const QJsonValue& value, const QString& above);
 
@@ -24,6 +25,11 @@ QString money(const QJsonValue& value, const QString& above);
 QString time(const QJsonValue& value, const QString& above);
 /** As time, but a 0 repeats the row above. */
 QString carried_time(const QJsonValue& value, const QString& above);
+/** The word for a code, sent as a number or as text. */
+template <QString (*word)(int code)>
+QString word_for(const QJsonValue& value, const QString&) {
+    return word(value.toVariant().toInt());
+}
 
 } // namespace cell
 

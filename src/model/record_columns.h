@@ -47,6 +47,16 @@ record_column<record> money_column(QString header, QString key, double record::*
             }};
 }
 
+/**
+ * The word for a code, as `word` gives it (empty for a code without one). It is there to be read by the user:
+ * the code itself comes back from a column of its own, mostly a hidden code_column.
+ */
+template <QString (*word)(int code), class record>
+record_column<record> word_column(QString header, QString key, int record::*field) {
+    const auto shown = [field](const record& r) { return word(r.*field); };
+    return {{header, key, cell::word_for<word>}, shown, shown, [](record&, const QString&) {}};
+}
+
 /** A time: seconds when the service gives it, and from then on the text that the list shows. */
 template <class record>
 record_column<record> time_column(QString header, QString key, int record::*seconds, QString record::*text) {

@@ -4,7 +4,9 @@
 #include <QRegExpValidator>
 
 #include "model/model_company.h"
+#include "model/model_emp.h"
 #include "model/model_product.h"
+#include "model/model_warehouse.h"
 #include "ui_paging.h"
 
 namespace {
@@ -21,6 +23,8 @@ model_interface* make_page_model(const QString& module, QTableWidget* table) {
     static const QHash<QString, maker> makers = {
         {QStringLiteral("company"), make<model_company>},
         {QStringLiteral("product"), make<model_product>},
+        {QStringLiteral("emp"), make<model_emp>},
+        {QStringLiteral("warehouse"), make<model_warehouse>},
     };
     const maker make_model = makers.value(module, nullptr);
     return make_model != nullptr ? make_model(table) : nullptr;

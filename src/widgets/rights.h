@@ -30,6 +30,13 @@ void enable_with(screen* target, void (screen::*enable)(bool), QWidget* button, 
     QObject::connect(target, enable, entry, &QAction::setEnabled);
 }
 
+/** Without the right to search its button is hidden and the whole screen is grey. */
+template <class screen>
+void enable_search_with(screen* target, QWidget* button) {
+    QObject::connect(target, &screen::signal_enable_search, button, &QWidget::setVisible);
+    QObject::connect(target, &screen::signal_enable_search, target, &QWidget::setEnabled);
+}
+
 /**
  * The rights of a screen that govern the entries of its menu (search, add, edit, delete) and no button.
  * Without the search right the whole screen is grey.

@@ -1,20 +1,9 @@
 #pragma once
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QTableWidget>
-
-#include "model/list_table.h"
-#include "support/client_fixture.h"
-#include "support/modal.h"
-#include "support/pages.h"
-#include "support/screen.h"
-#include "support/time_zone.h"
+#include "gui/list_fixture.h"
 
 /** Screens of trading partners against a scripted service. Partner n has the id n and the name "单位n". */
-class company_test : public client_test {
+class company_test : public list_test {
 protected:
-    ~company_test() override { clear_tip(); }
-
     static QJsonObject partner(int n) {
         const QString number = QString::number(n);
         QJsonObject p;
@@ -36,9 +25,4 @@ protected:
             list.append(partner(n));
         return page_body(list, page_count, page_num);
     }
-
-    /** The names in the list, top to bottom. */
-    static QStringList names(const QTableWidget* table) { return column_texts(table, 1); }
-
-    const scoped_time_zone zone{"UTC"};
 };

@@ -40,37 +40,20 @@ const char* const fields_in_order[] = {"txt_name",   "txt_address", "txt_phone",
 TEST_F(company_dialog, window) {
     open(0);
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("添加来往单位"));
-    EXPECT_EQ(dialog->size(), QSize(450, 372));
-    // Title and system menu come with any button.
-    const auto titled = Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
-    EXPECT_EQ(dialog->windowFlags(), titled | Qt::WindowCloseButtonHint);
+    expect_window(dialog.get(), QSize(450, 372), Qt::WindowCloseButtonHint);
 }
 
 TEST_F(company_dialog, labels_markers_and_fields_stand_in_rows) {
     open(0);
-    const struct {
-        const char* name;
-        const char* text;
-        bool required;
-    } rows[] = {{"name", "名称", true},    {"address", "地址", true},    {"phone", "电话", true},
-                {"fax", "传真", false},    {"linkman", "联系人", false}, {"mobile", "手机", false},
-                {"bank", "开户行", false}, {"account", "帐号", false},   {"remark", "备注", false}};
-    int above = -1;
-    for (const auto& r : rows) {
-        const QByteArray name = r.name;
-        auto* label = child<QLabel>(dialog.get(), ("label_" + name).constData());
-        auto* edit = child<QLineEdit>(dialog.get(), ("txt_" + name).constData());
-        EXPECT_EQ(label->text(), QString::fromUtf8(r.text));
-        EXPECT_GT(edit->y(), above);
-        above = edit->y();
-        EXPECT_LT(label->x(), edit->x());
-        auto* marker = dialog->findChild<QLabel*>(QLatin1String("label_" + name + "_required"));
-        ASSERT_EQ(marker != nullptr, r.required) << r.name;
-        if (marker == nullptr) continue;
-        EXPECT_EQ(marker->text(), QStringLiteral("*"));
-        EXPECT_EQ(marker->styleSheet(), QStringLiteral("color:red"));
-        EXPECT_TRUE(marker->x() > label->x() && marker->x() < edit->x());
-    }
+    expect_form_rows(dialog.get(), {{"name", "名称", true},
+                                    {"address", "地址", true},
+                                    {"phone", "电话", true},
+                                    {"fax", "传真", false},
+                                    {"linkman", "联系人", false},
+                                    {"mobile", "手机", false},
+                                    {"bank", "开户行", false},
+                                    {"account", "帐号", false},
+                                    {"remark", "备注", false}});
 }
 
 TEST_F(company_dialog, buttons) {
@@ -86,14 +69,9 @@ TEST_F(company_dialog, buttons) {
 
 TEST_F(company_dialog, tab_order_is_top_to_bottom) {
     open(0);
-    QWidget* w = field("txt_name");
-    for (const char* name : fields_in_order) {
-        EXPECT_EQ(w->objectName(), QLatin1String(name));
-        do
-            w = w->nextInFocusChain();
-        while (w->focusPolicy() == Qt::NoFocus);
-    }
-    EXPECT_EQ(w->objectName(), QLatin1String("btn_save"));
+    expect_tab_order(dialog.get(),
+                     {"txt_name", "txt_address", "txt_phone", "txt_fax", "txt_linkman", "txt_mobile",
+                      "txt_bank", "txt_account", "txt_remark", "btn_save", "btn_cancel"});
 }
 
 TEST_F(company_dialog, the_mobile_number_alone_has_a_validator) {

@@ -38,22 +38,13 @@ const char* const search_fields[] = {"txt_name", "txt_bank", "txt_account", "txt
 
 TEST_F(company_picker, window_and_widgets) {
     open();
-    EXPECT_EQ(picker->size(), QSize(1300, 564));
-    // Title and system menu come with any button.
-    const auto titled = Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
-    EXPECT_EQ(picker->windowFlags(), titled | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint);
+    expect_window(picker.get(), QSize(1300, 564), Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint);
     const char* const labels[] = {"名称", "开户行", "银行帐号", "地址", "备注"};
-    int left = -1;
     for (int i = 0; i < 5; ++i) {
-        auto* edit = child<QLineEdit>(picker.get(), search_fields[i]);
-        EXPECT_TRUE(edit->isClearButtonEnabled());
-        EXPECT_GT(edit->x(), left);
-        left = edit->x();
-        bool found = false;
-        for (auto* label : picker->findChildren<QLabel*>())
-            if (label->buddy() == edit) found = label->text() == QString::fromUtf8(labels[i]);
-        EXPECT_TRUE(found) << labels[i];
+        EXPECT_TRUE(child<QLineEdit>(picker.get(), search_fields[i])->isClearButtonEnabled());
+        expect_label_of(picker.get(), search_fields[i], labels[i]);
     }
+    expect_left_to_right(picker.get(), {search_fields, search_fields + 5});
     const struct {
         const char* name;
         const char* text;
@@ -177,12 +168,6 @@ TEST_F(company_picker, close_says_nothing) {
 
 TEST_F(company_picker, tab_order) {
     open();
-    QWidget* w = child<QLineEdit>(picker.get(), "txt_name");
-    for (const char* name : {"txt_name", "txt_bank", "txt_account", "txt_address", "txt_remark", "btn_search",
-                             "btn_all", "tablewidget"}) {
-        EXPECT_EQ(w->objectName(), QLatin1String(name));
-        do
-            w = w->nextInFocusChain();
-        while (w->focusPolicy() == Qt::NoFocus || w->objectName().startsWith(QLatin1String("qt_")));
-    }
+    expect_tab_order(picker.get(), {"txt_name", "txt_bank", "txt_account", "txt_address", "txt_remark",
+                                    "btn_search", "btn_all", "tablewidget"});
 }

@@ -96,25 +96,15 @@ TEST_F(company_tab, every_other_key_is_swallowed) {
 
 TEST_F(company_tab, context_menu_has_the_four_actions_with_separators) {
     open();
-    QMenu* menu = table->findChild<QMenu*>();
-    ASSERT_NE(menu, nullptr);
-    QStringList entries;
-    for (const QAction* a : menu->actions())
-        entries.append(a->isSeparator() ? QStringLiteral("-") : a->text());
-    EXPECT_EQ(entries, QStringList({QStringLiteral("查询"), QStringLiteral("-"), QStringLiteral("添加"),
-                                    QStringLiteral("-"), QStringLiteral("编辑"), QStringLiteral("-"),
-                                    QStringLiteral("删除")}));
+    EXPECT_EQ(
+        menu_texts(table),
+        QStringList({QStringLiteral("查询"), QStringLiteral("-"), QStringLiteral("添加"), QStringLiteral("-"),
+                     QStringLiteral("编辑"), QStringLiteral("-"), QStringLiteral("删除")}));
 }
 
 TEST_F(company_tab, context_menu_opens_at_the_cursor) {
     open();
-    const QPoint somewhere(123, 77);
-    QCursor::setPos(somewhere);
-    emit table->customContextMenuRequested(QPoint(1, 1));
-    QMenu* menu = table->findChild<QMenu*>();
-    EXPECT_TRUE(menu->isVisible());
-    EXPECT_EQ(menu->pos(), QCursor::pos());
-    menu->close();
+    expect_menu_at_pointer(table);
 }
 
 TEST_F(company_tab, context_menu_entries_do_what_the_buttons_do) {
@@ -150,14 +140,8 @@ TEST_F(company_tab, page_turns_keep_the_search) {
 
 TEST_F(company_tab, tab_order) {
     open();
-    QWidget* w = child<QLineEdit>(tab.get(), "txt_name");
-    for (const char* name : {"txt_name", "txt_address", "txt_bank", "txt_account", "txt_remark", "btn_search",
-                             "btn_add", "btn_edit", "btn_delete", "tablewidget"}) {
-        EXPECT_EQ(w->objectName(), QLatin1String(name));
-        do
-            w = w->nextInFocusChain();
-        while (w->focusPolicy() == Qt::NoFocus || w->objectName().startsWith(QLatin1String("qt_")));
-    }
+    expect_tab_order(tab.get(), {"txt_name", "txt_address", "txt_bank", "txt_account", "txt_remark",
+                                 "btn_search", "btn_add", "btn_edit", "btn_delete", "tablewidget"});
 }
 
 struct kind_row {

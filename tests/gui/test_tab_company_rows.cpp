@@ -28,10 +28,6 @@ protected:
                          {"txt_address", QStringLiteral("路")},
                          {"txt_phone", QStringLiteral("5")}});
     }
-    void remove(QMessageBox::StandardButton answer) {
-        with_question([this] { click(tab.get(), "btn_delete"); }, QStringLiteral("确认删除"),
-                      QStringLiteral("确认删除吗？"), answer);
-    }
 };
 
 TEST_F(company_rows, add_posts_and_puts_the_row_on_top) {

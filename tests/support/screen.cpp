@@ -80,3 +80,14 @@ void click_row(QTableWidget* table, int row, Qt::KeyboardModifiers with) {
     const QRect cell = table->visualItemRect(table->item(row, 1));
     QTest::mouseClick(table->viewport(), Qt::LeftButton, with, cell.center());
 }
+
+void expect_cells(const QTableWidget* table, int row, std::initializer_list<const char*> texts) {
+    EXPECT_EQ(table->columnCount(), int(texts.size()));
+    int column = 0;
+    for (const char* text : texts) {
+        const QTableWidgetItem* item = table->item(row, column);
+        EXPECT_EQ(item != nullptr ? item->text() : QStringLiteral("(no cell)"), QString::fromUtf8(text))
+            << "column " << column;
+        ++column;
+    }
+}

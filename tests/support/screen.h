@@ -2,6 +2,7 @@
 #include <QObject>
 #include <QPoint>
 #include <QString>
+#include <initializer_list>
 #include <ostream>
 #include <stdexcept>
 
@@ -42,3 +43,6 @@ void expect_tip(QWidget* widget, const QString& text, QPoint at = QPoint(0, 0));
 
 /** Selects one whole row as a click on it does. */
 void click_row(QTableWidget* table, int row, Qt::KeyboardModifiers with = Qt::NoModifier);
+
+/** Checks all cells of a row, hidden ones included. */
+void expect_cells(const QTableWidget* table, int row, std::initializer_list<const char*> texts);

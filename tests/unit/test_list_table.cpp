@@ -15,6 +15,10 @@ QJsonArray parse(const char* text) {
     return QJsonDocument::fromJson(text).array();
 }
 
+QString size_word(int code) {
+    return code == 1 ? QStringLiteral("small") : code == 2 ? QStringLiteral("large") : QString();
+}
+
 struct thing {
     QString id;
     int kind = 0;
@@ -47,6 +51,14 @@ TEST(list_cells, numbers_come_in_either_form) {
         EXPECT_EQ(cell::whole_number(values[i], QString()), QLatin1String(whole[i]));
         EXPECT_EQ(cell::money(values[i], QString()), QLatin1String(money[i]));
     }
+}
+
+TEST(list_cells, a_word_stands_for_a_code_in_either_form) {
+    const QJsonArray values = parse("[1,\"2\",0,\"x\",null,\"1\"]");
+    const char* const words[] = {"small", "large", "", "", "", "small"};
+    for (int i = 0; i < values.size(); ++i)
+        EXPECT_EQ(cell::word_for<size_word>(values[i], QStringLiteral("above")), QLatin1String(words[i]))
+            << i;
 }
 
 TEST(list_cells, a_time_is_local_and_0_is_empty) {
@@ -115,6 +127,29 @@ TEST(list_rows, a_record_goes_in_and_comes_back) {
     EXPECT_EQ(back.added, 0) << "the row keeps the shown text alone";
     EXPECT_EQ(back.added_text, QStringLiteral("2020-04-12 12:56"));
     EXPECT_TRUE(read_record(&table, 1, thing_columns()).added_text.isEmpty());
+}
+
+TEST(list_rows, a_word_is_shown_and_not_read_back) {
+    const record_columns<thing> columns = {
+        word_column<size_word>(QStringLiteral("size"), QStringLiteral("kind"), &thing::kind),
+        hidden(code_column(QStringLiteral("kind"), QStringLiteral("kind"), &thing::kind))};
+    QTableWidget table;
+    fill_list(&table, faces(columns), parse("[{\"kind\":\"2\"},{\"kind\":1}]"));
+    EXPECT_EQ(cell_text(&table, 0, 0), QStringLiteral("large"));
+    EXPECT_EQ(read_record(&table, 0, columns).kind, 2);
+    EXPECT_EQ(cell_text(&table, 1, 0), QStringLiteral("small"));
+    EXPECT_EQ(read_record(&table, 1, columns).kind, 0) << "the code itself is text alone";
+
+    thing added;
+    added.kind = 1;
+    insert_record(&table, columns, added);
+    EXPECT_EQ(cell_text(&table, 0, 0), QStringLiteral("small"));
+    EXPECT_EQ(cell_text(&table, 0, 1), QStringLiteral("1"));
+    thing edited;
+    edited.kind = 3;
+    patch_record(&table, 0, columns, edited, 0, 1);
+    EXPECT_TRUE(cell_text(&table, 0, 0).isEmpty());
+    EXPECT_EQ(read_record(&table, 0, columns).kind, 3);
 }
 
 TEST(list_rows, a_patch_rewrites_its_cells_alone) {
