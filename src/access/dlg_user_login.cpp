@@ -5,10 +5,11 @@
 #include <QMessageBox>
 #include <QUrl>
 
+#include "access/dlg_user_reg.h"
 #include "net/constants.h"
-#include "net/http.h"
 #include "net/md5_hex.h"
 #include "ui_dlg_user_login.h"
+#include "widgets/banner.h"
 #include "widgets/keys.h"
 #include "widgets/tips.h"
 
@@ -18,8 +19,7 @@ dlg_user_login::dlg_user_login(QWidget* parent)
     setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     setWindowTitle(g_app_title + QStringLiteral(" - 用户登陆"));
     setFixedSize(size());
-    ui->lbl_img->setText(QStringLiteral("<a href='") + g_http.base_url +
-                         QStringLiteral("'><img src=':/img/logo.jpg'></a>"));
+    show_banner(ui->lbl_img);
 }
 
 dlg_user_login::~dlg_user_login() = default;
@@ -65,8 +65,11 @@ void dlg_user_login::on_btn_close_clicked() {
     QCoreApplication::exit(0);
 }
 
-// The client has no sign-up yet, so there is nothing to open.
-void dlg_user_login::on_btn_reg_clicked() {}
+/** Nobody is logged in by a sign-up: this dialog stays behind it. */
+void dlg_user_login::on_btn_reg_clicked() {
+    dlg_user_reg dialog(this);
+    dialog.exec();
+}
 
 /** The label opens its links itself; this stays beside it. */
 void dlg_user_login::on_lbl_img_linkActivated(QString link) {

@@ -4,14 +4,13 @@
 #include <QUrl>
 
 #include "net/constants.h"
-#include "net/http.h"
 #include "ui_dlg_about.h"
+#include "widgets/banner.h"
 
 dlg_about::dlg_about(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::dlg_about>()) {
     ui->setupUi(this);
     setWindowTitle(g_app_title);
-    ui->lbl_img->setText(QStringLiteral("<a href='") + g_http.base_url +
-                         QStringLiteral("'><img src=':/img/logo.jpg'></a>"));
+    show_banner(ui->lbl_img);
     ui->txt_version->setText(g_version);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "access/tab_user.h"
 #include "master/dlg_dept.h"
 #include "master/dlg_prodcate.h"
 #include "master/tab_company.h"
@@ -35,6 +36,7 @@ const std::vector<screen_row>& screen_rows() {
         {QStringLiteral("tab_product"), make_plain<tab_product>},
         {QStringLiteral("tab_emp"), make_plain<tab_emp>},
         {QStringLiteral("tab_warehouse"), make_plain<tab_warehouse>},
+        {QStringLiteral("tab_user"), make_plain<tab_user>},
     };
     return rows;
 }

@@ -9,6 +9,8 @@
 #include "widgets/tips.h"
 
 const QString g_mobile_pattern = QStringLiteral("^1[345789]\\d{9}$");
+const QString g_email_pattern = QStringLiteral(
+    "^^([a-zA-Z0-9]+[_|\\_|\\.]?)*[a-zA-Z0-9]+@([a-zA-Z0-9]+[_|\\_|\\.]?)*[a-zA-Z0-9]+\\.[a-zA-Z]{2,3}$");
 
 void set_pattern(QLineEdit* field, const QString& pattern) {
     field->setValidator(new QRegExpValidator(QRegExp(pattern, Qt::CaseSensitive), field));
@@ -29,6 +31,11 @@ QString field_text(const QLineEdit* field) {
 bool fails(bool wrong, QWidget* field, const QString& tip) {
     if (wrong) show_tip(field, tip);
     return wrong;
+}
+
+bool differ(QLineEdit* first, QLineEdit* second, const QString& tip) {
+    const bool different = field_text(first) != field_text(second);
+    return fails(different, first, tip) && fails(different, second, tip);
 }
 
 bool is_pick(const QObject* object, const QEvent* event, const QWidget* field) {

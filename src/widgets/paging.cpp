@@ -6,6 +6,7 @@
 #include "model/model_company.h"
 #include "model/model_emp.h"
 #include "model/model_product.h"
+#include "model/model_user.h"
 #include "model/model_warehouse.h"
 #include "ui_paging.h"
 
@@ -25,6 +26,7 @@ model_interface* make_page_model(const QString& module, QTableWidget* table) {
         {QStringLiteral("product"), make<model_product>},
         {QStringLiteral("emp"), make<model_emp>},
         {QStringLiteral("warehouse"), make<model_warehouse>},
+        {QStringLiteral("user"), make<model_user>},
     };
     const maker make_model = makers.value(module, nullptr);
     return make_model != nullptr ? make_model(table) : nullptr;

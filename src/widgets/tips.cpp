@@ -7,6 +7,10 @@ void show_tip(QWidget* widget, const QString& text, QPoint at) {
     QToolTip::showText(widget->mapToGlobal(at), text, widget);
 }
 
+void tip_in_list(QTableWidget* table, const QString& text) {
+    show_tip(table, text, QPoint(10, 30));
+}
+
 void tip_select_row(QTableWidget* table) {
-    show_tip(table, QStringLiteral("请先选中行"), QPoint(10, 30));
+    tip_in_list(table, QStringLiteral("请先选中行"));
 }

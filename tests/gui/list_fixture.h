@@ -1,11 +1,15 @@
 #pragma once
 #include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <memory>
 
+#include "init_resources.h"
 #include "support/client_fixture.h"
 #include "support/layout.h"
 #include "support/modal.h"
@@ -16,10 +20,30 @@
 /** Screens with lists against a scripted service. */
 class list_test : public client_test {
 protected:
-    ~list_test() override { clear_tip(); }
+    ~list_test() override {
+        clear_tip();
+        qApp->setStyleSheet(QString());
+    }
 
     /** The second column, where the names are, top to bottom. */
     static QStringList names(const QTableWidget* table) { return column_texts(table, 1); }
+
+    /** Shows a screen with the style sheet that the program has, and checks that nothing of it is cut off. */
+    static void expect_fits_with_the_style_sheet(QWidget* screen) {
+        init_resources();
+        QFile sheet(QStringLiteral(":/qss/white.qss"));
+        ASSERT_TRUE(sheet.open(QIODevice::ReadOnly));
+        qApp->setStyleSheet(QString::fromLatin1(sheet.readAll()));
+        screen->show();
+        QCoreApplication::sendPostedEvents();
+        expect_nothing_cut(screen);
+        const auto lists = screen->findChildren<QTableWidget*>();
+        for (const QTableWidget* table : lists)
+            for (int i = 0; i < table->columnCount(); ++i)
+                EXPECT_TRUE(table->isColumnHidden(i) ||
+                            table->columnWidth(i) >= table->horizontalHeader()->sectionSizeHint(i))
+                    << "header " << i << " is cut off";
+    }
 
     const scoped_time_zone zone{"UTC"};
 };

@@ -59,12 +59,3 @@ inline QAction* menu_action(const QWidget* owner, const char* text) {
         if (a->text() == QString::fromUtf8(text)) return a;
     throw std::runtime_error(std::string("no menu entry ") + text);
 }
-
-/** The names of the widgets that the Tab key reaches, from `first` on. */
-inline QStringList tab_order(QWidget* first, int count) {
-    QStringList result;
-    for (QWidget* w = first; result.size() < count; w = w->nextInFocusChain())
-        if ((w->focusPolicy() & Qt::TabFocus) != 0 && !w->objectName().startsWith(QLatin1String("qt_")))
-            result.append(w->objectName());
-    return result;
-}

@@ -35,6 +35,24 @@ QWidget* tip_window() {
     return nullptr;
 }
 
+/** Notes where tool tips stand. */
+class tip_watch : public QObject {
+public:
+    tip_watch() { qApp->installEventFilter(this); }
+
+    QList<QPoint> places;
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (object->inherits("QTipLabel") &&
+            (event->type() == QEvent::Show || event->type() == QEvent::Move)) {
+            const QPoint at = static_cast<QWidget*>(object)->pos();
+            if (places.isEmpty() || places.last() != at) places.append(at);
+        }
+        return false;
+    }
+};
+
 } // namespace
 
 void type_into(const QObject* parent, const char* line_edit, const QString& text) {
@@ -74,6 +92,40 @@ void expect_tip(QWidget* widget, const QString& text, QPoint at) {
     EXPECT_EQ(seen, expected) << "tip at " << seen.x() << "," << seen.y() << " instead of " << expected.x()
                               << "," << expected.y();
     clear_tip();
+}
+
+QList<QPoint> tip_places(const std::function<void()>& act) {
+    tip_watch watch;
+    act();
+    return watch.places;
+}
+
+QPoint tip_place_at(QWidget* widget, const QString& text) {
+    clear_tip();
+    QToolTip::showText(widget->mapToGlobal(QPoint(0, 0)), text, widget);
+    const QPoint place = tip_window()->pos();
+    clear_tip();
+    return place;
+}
+
+void expect_nothing_cut(const QWidget* shown) {
+    const auto parts = shown->findChildren<QWidget*>();
+    for (const QWidget* part : parts) {
+        if (part->objectName().isEmpty() || part->objectName().startsWith(QLatin1String("qt_"))) continue;
+        if (!part->isVisible()) continue;
+        const std::string name = part->objectName().toStdString();
+        EXPECT_TRUE(part->parentWidget()->rect().contains(part->geometry())) << name << " sticks out";
+        EXPECT_GE(part->width(), part->minimumSizeHint().width()) << name << " is too narrow";
+        EXPECT_GE(part->height(), part->minimumSizeHint().height()) << name << " is too low";
+    }
+}
+
+QStringList tab_order(QWidget* first, int count) {
+    QStringList names;
+    for (QWidget* w = first; names.size() < count; w = w->nextInFocusChain())
+        if ((w->focusPolicy() & Qt::TabFocus) != 0 && !w->objectName().startsWith(QLatin1String("qt_")))
+            names.append(w->objectName());
+    return names;
 }
 
 void click_row(QTableWidget* table, int row, Qt::KeyboardModifiers with) {

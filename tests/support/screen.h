@@ -1,7 +1,10 @@
 #pragma once
+#include <QList>
 #include <QObject>
 #include <QPoint>
 #include <QString>
+#include <QStringList>
+#include <functional>
 #include <initializer_list>
 #include <ostream>
 #include <stdexcept>
@@ -40,6 +43,19 @@ void clear_tip();
 
 /** Checks that a tool tip with that text stands at that point of the widget, and takes it away. */
 void expect_tip(QWidget* widget, const QString& text, QPoint at = QPoint(0, 0));
+
+/** The places at which tool tips stood while `act` ran, in order; a tip that moves counts at each place. */
+QList<QPoint> tip_places(const std::function<void()>& act);
+
+/** The place at which a tool tip of that text stands when it is shown at the top left corner of the widget.
+ */
+QPoint tip_place_at(QWidget* widget, const QString& text);
+
+/** Checks that every named part of a window lies within its parent and has the room that it needs. */
+void expect_nothing_cut(const QWidget* shown);
+
+/** Names of the parts that Tab goes to, from the first one on; parts of the toolkit's own are not counted. */
+QStringList tab_order(QWidget* first, int count);
 
 /** Selects one whole row as a click on it does. */
 void click_row(QTableWidget* table, int row, Qt::KeyboardModifiers with = Qt::NoModifier);

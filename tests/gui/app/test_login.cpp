@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include "access/dlg_user_login.h"
+#include "access/dlg_user_reg.h"
 #include "gui/app/app_fixture.h"
 #include "net/http.h"
 #include "support/modal.h"
@@ -130,14 +131,7 @@ TEST_F(login_test, nothing_is_cut_off_with_the_style_sheet) {
     dlg_user_login dialog;
     dialog.show();
     EXPECT_EQ(dialog.size(), QSize(426, 275));
-    const auto children = dialog.findChildren<QWidget*>();
-    for (const QWidget* part : children) {
-        if (part->objectName().isEmpty() || part->objectName().startsWith(QLatin1String("qt_"))) continue;
-        const std::string name = part->objectName().toStdString();
-        EXPECT_TRUE(part->parentWidget()->rect().contains(part->geometry())) << name << " sticks out";
-        EXPECT_GE(part->width(), part->minimumSizeHint().width()) << name << " is too narrow";
-        EXPECT_GE(part->height(), part->minimumSizeHint().height()) << name << " is too low";
-    }
+    expect_nothing_cut(&dialog);
     EXPECT_GE(child<QLabel>(&dialog, "lbl_img")->width(), 400);
     EXPECT_GE(child<QLabel>(&dialog, "lbl_img")->height(), 90);
 }
@@ -334,16 +328,34 @@ TEST_F(login_test, close_ends_every_event_loop) {
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(login_test, sign_up_leaves_the_dialog_as_it_is) {
+TEST_F(login_test, sign_up_opens_in_front_of_the_dialog_and_leaves_it_as_it_is) {
     dlg_user_login dialog;
     dialog.show();
     fill(dialog, QStringLiteral("boss"), QStringLiteral("pw"));
     QSignalSpy to_reg(&dialog, &dlg_user_login::signal_to_reg);
-    click(&dialog, "btn_reg");
+    with_modal_of<dlg_user_reg>([&] { click(&dialog, "btn_reg"); },
+                                [&](dlg_user_reg* shown) {
+                                    EXPECT_EQ(shown->parent(), &dialog);
+                                    EXPECT_TRUE(dialog.isVisible());
+                                    shown->reject();
+                                });
+    EXPECT_EQ(dialog.findChild<dlg_user_reg*>(), nullptr) << "it lives as long as it is shown";
     EXPECT_TRUE(dialog.isVisible());
-    EXPECT_FALSE(modal_shown());
+    EXPECT_EQ(child<QLineEdit>(&dialog, "txt_login_name")->text(), QStringLiteral("boss"));
+    EXPECT_EQ(child<QLineEdit>(&dialog, "txt_login_pass")->text(), QStringLiteral("pw"));
     EXPECT_EQ(to_reg.count(), 0);
-    EXPECT_TRUE(server.requests().isEmpty());
+    EXPECT_EQ(server.paths(), QList<QByteArray>{"user_reg/captcha_data"});
+}
+
+TEST_F(login_test, a_cancelled_sign_up_shows_the_dialog_again) {
+    dlg_user_login dialog;
+    dialog.show();
+    with_modal_of<dlg_user_reg>([&] { click(&dialog, "btn_reg"); },
+                                [&](dlg_user_reg* shown) {
+                                    dialog.hide();
+                                    click(shown, "btn_cancel");
+                                });
+    EXPECT_TRUE(dialog.isVisible());
 }
 
 TEST_F(login_test, the_relogin_slot_runs_the_dialog) {
