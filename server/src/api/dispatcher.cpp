@@ -100,6 +100,8 @@ void dispatcher::handle(const endpoint& what, http::request incoming, http::resp
 void dispatcher::start(const shared_call& one) {
     const auto& what = *one->what;
     one->form = parse_form(one->origin.body, what.keys);
+    if (!one->form.ok() && !what.other_keys.empty())
+        one->form = parse_form(one->origin.body, what.other_keys);
     if (one->origin.method != what.method) one->form.refusal = "wrong method";
     if (needs_session(what) && one->origin.cookie.empty()) {
         one->how = outcome::no_session;

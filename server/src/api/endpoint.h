@@ -99,6 +99,8 @@ struct endpoint {
     std::string_view action;
     std::string_view method{"POST"};
     std::vector<key> keys;
+    /** The same keys in a second order, where clients write both: tried when the first does not fit. */
+    std::vector<key> other_keys{};
     form answer{form::count};
     access allowed;
     std::variant<plain_work, read_work, write_work, staged_work> work;

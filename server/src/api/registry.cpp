@@ -30,6 +30,10 @@ void check_keys(const endpoint& what) {
         if (k.name.empty() || k.name.find_first_of("&=") != std::string_view::npos ||
             !names.insert(k.name).second)
             reject(what, "has a key that cannot be told from others");
+    auto left = names;
+    for (const auto& k : what.other_keys)
+        if (left.erase(k.name) == 0) reject(what, "has another key in its second order");
+    if (!what.other_keys.empty() && !left.empty()) reject(what, "lacks a key in its second order");
     if (what.method != "GET" && what.method != "POST") reject(what, "has an unknown method");
     if (what.method == "GET" && !what.keys.empty()) reject(what, "reads keys from a request without a body");
     const auto& by = what.allowed.by_value;

@@ -46,6 +46,8 @@ public:
         add_company(m_routes, m_with);
         add_emp(m_routes, m_with);
         add_warehouse(m_routes, m_with);
+        add_trees(m_routes, m_with);
+        add_product(m_routes, m_with);
         m_list = list_routes(m_routes);
         m_figures.emplace(m_routes);
         m_dispatcher.emplace(m_with, *m_figures);

@@ -48,7 +48,7 @@ void check_folded_texts(store::connection& with, findings& found) {
 void check_references(store::connection& with, findings& found) {
     store::each_orphan(with, [&](const store::orphan& one) {
         found.push_back({"reference", of(one.company, one.table.c_str(), one.id) + " names a row of " +
-                                          one.names + " that is not there"});
+                                          one.names + " that is not there or not live"});
     });
 }
 

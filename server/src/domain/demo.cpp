@@ -6,6 +6,7 @@
 #include <map>
 
 #include "domain/accounts.h"
+#include "domain/demo_goods.h"
 #include "domain/demo_partners.h"
 #include "domain/demo_staff.h"
 #include "domain/menu.h"
@@ -100,6 +101,7 @@ std::vector<demo_account> make_main_company(store::connection& with, std::string
     disable_user(with, {company, gone}, start + g_day);
     fill_partners(with, administrator_of(company, admin), {45, 38, 32}, 0, now);
     fill_staff(with, administrator_of(company, admin), {0, 40, 4}, now);
+    fill_goods(with, administrator_of(company, admin), {5, 5, 200}, now);
     return {{"demo_admin", "管理员，拥有全部权限"},
             {"demo_clerk", "普通用户，可维护供应商、查询其他单位"},
             {"demo_guest", "普通用户，没有任何权限"},
@@ -113,6 +115,7 @@ demo_account make_second_company(store::connection& with, std::string_view peppe
     const auto admin = accounts.make("nord_admin", "柏望舒", 1, "15400002001");
     fill_partners(with, administrator_of(company, admin), {5, 4, 3}, 500, now);
     fill_staff(with, administrator_of(company, admin), {501, 3, 1}, now);
+    fill_goods(with, administrator_of(company, admin), {2, 1, 12}, now);
     return {"nord_admin", "另一家公司的管理员"};
 }
 

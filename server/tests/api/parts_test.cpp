@@ -72,6 +72,25 @@ TEST(registry, refuses_doubles_and_keys_that_cannot_be_told_apart) {
     EXPECT_THROW(routes.add(std::move(by_unknown)), std::logic_error);
 }
 
+TEST(registry, takes_a_second_order_of_the_same_keys_and_nothing_else) {
+    for (const auto& [other, fits] : std::vector<std::pair<std::vector<key>, bool>>{
+             {{text_key("b"), text_key("a")}, true},
+             {{text_key("b")}, false},
+             {{text_key("b"), text_key("b")}, false},
+             {{text_key("b"), text_key("c")}, false},
+             {{text_key("b"), text_key("a"), text_key("a")}, false}}) {
+        registry routes;
+        auto what = good();
+        what.keys = {text_key("a"), text_key("b")};
+        what.other_keys = other;
+        if (fits) {
+            EXPECT_NO_THROW(routes.add(std::move(what)));
+        } else {
+            EXPECT_THROW(routes.add(std::move(what)), std::logic_error);
+        }
+    }
+}
+
 TEST(session_code, is_seen_wherever_the_client_would_see_it) {
     for (const auto* body : {"7", " 7\n", "07", "+7", "\t+007 "})
         EXPECT_TRUE(reads_as_session_code(body)) << body;

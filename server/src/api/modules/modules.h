@@ -13,5 +13,8 @@ void add_menu(registry& to, const services& with);
 void add_company(registry& to, const services& with);
 void add_emp(registry& to, const services& with);
 void add_warehouse(registry& to, const services& with);
+/** wms_dept and wms_prodcate. */
+void add_trees(registry& to, const services& with);
+void add_product(registry& to, const services& with);
 
 } // namespace tavrok::api

@@ -28,25 +28,35 @@ struct counted_list {
     const char* live;
 };
 
-constexpr std::array<counted_list, 3> g_counted_lists{{
+constexpr auto g_counted_lists = std::to_array<counted_list>({
     {"app_user", "user", "removed_at IS NULL"},
     {"employee", "employee", "state = 1"},
     {"warehouse", "warehouse", "state = 1"},
-}};
+    {"department", "department", "state = 1"},
+    {"category", "category", "state = 1"},
+    {"product", "product", "state = 1"},
+});
 
 struct folded_column {
     const char* table;
     const char* column; // its folded form stands in column_folded
 };
 
-constexpr std::array<folded_column, 6> g_folded_columns{{
+constexpr auto g_folded_columns = std::to_array<folded_column>({
     {"app_user", "realname"},
     {"employee", "name"},
     {"employee", "jobnum"},
     {"employee", "idnum"},
     {"warehouse", "name"},
     {"warehouse", "phone"},
-}};
+    {"product", "name"},
+    {"product", "code"},
+    {"product", "spec"},
+});
+
+/** What a live node asks of the one above it. */
+constexpr const char* g_above =
+    "p.company = c.company AND p.id = c.parent AND p.depth = c.depth - 1 AND (p.state = 1 OR c.state = 2)";
 
 struct reference {
     const char* table;
@@ -56,7 +66,7 @@ struct reference {
     const char* only{"1 = 1"};
 };
 
-constexpr std::array<reference, 16> g_references{{
+constexpr auto g_references = std::to_array<reference>({
     {"app_user", "id", "company", "p.id = c.company"},
     {"session", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
     {"relogin_secret", "user_id", "app_user", "p.company = c.company AND p.id = c.user_id"},
@@ -73,10 +83,20 @@ constexpr std::array<reference, 16> g_references{{
     {"warehouse", "id", "company", "p.id = c.company"},
     {"warehouse", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
     {"warehouse", "id", "employee", "p.company = c.company AND p.id = c.keeper"},
-}};
+    {"department", "id", "company", "p.id = c.company"},
+    {"department", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
+    {"department", "id", "department", g_above, "c.parent <> 0"},
+    {"category", "id", "company", "p.id = c.company"},
+    {"category", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
+    {"category", "id", "category", g_above, "c.parent <> 0"},
+    {"product", "id", "company", "p.id = c.company"},
+    {"product", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
+    {"product", "id", "category",
+     "p.company = c.company AND p.id = c.category AND (p.state = 1 OR c.state = 2)", "c.category <> 0"},
+});
 
-constexpr std::array<const char*, 6> g_tables_with_ids{"company", "app_user", "menu",
-                                                       "partner", "employee", "warehouse"};
+constexpr auto g_tables_with_ids = std::to_array<const char*>(
+    {"company", "app_user", "menu", "partner", "employee", "warehouse", "department", "category", "product"});
 
 } // namespace
 

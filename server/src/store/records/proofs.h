@@ -39,7 +39,8 @@ struct folded_text {
 };
 void each_folded_text(connection& with, const std::function<void(const folded_text&)>& each);
 
-/** A row that names a row which is not there, or one of another company. */
+/** A row that names a row which is not there, one of another company, or a retired one though it is live
+ *  itself. */
 struct orphan {
     std::string table;
     std::string names; /**< the table that it points to */

@@ -8,8 +8,11 @@ set(WMSD_RECORD_SOURCES
     records/login_failures.cpp
     records/menu.cpp
     records/partners.cpp
+    records/products.cpp
     records/proofs.cpp
     records/repeats.cpp
     records/sessions.cpp
     records/users.cpp
     records/warehouses.cpp)
+    records/trees.cpp
+    records/users.cpp)

@@ -1,0 +1,50 @@
+#include "domain/money.h"
+
+#include <algorithm>
+
+#include "domain/refused.h"
+
+namespace tavrok::domain {
+
+namespace {
+
+constexpr std::size_t g_longest_whole = 15; // so that the hundredths fit into 64 bits with room to spare
+constexpr std::size_t g_decimals = 2;
+
+bool only_digits(std::string_view text) {
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+std::int64_t with_digits(std::int64_t number, std::string_view digits) {
+    for (const char digit : digits)
+        number = number * 10 + (digit - '0');
+    return number;
+}
+
+} // namespace
+
+std::int64_t parse_money(std::string_view what, std::string_view text, std::int64_t most) {
+    const auto point = text.find('.');
+    const auto whole = text.substr(0, point);
+    const auto decimals = point == std::string_view::npos ? std::string_view("00") : text.substr(point + 1);
+    if (!only_digits(whole) || whole.size() > g_longest_whole || !only_digits(decimals) ||
+        decimals.size() > g_decimals) {
+        throw refused(std::string(what) + " is no amount of money");
+    }
+    auto hundredths = with_digits(with_digits(0, whole), decimals);
+    if (decimals.size() < g_decimals) hundredths *= 10;
+    if (hundredths > most) throw refused(std::string(what) + " is out of range");
+    return hundredths;
+}
+
+std::string format_money(std::int64_t hundredths) {
+    const bool negative = hundredths < 0;
+    // unsigned, because the lowest number has no positive counterpart
+    const auto size =
+        negative ? 0 - static_cast<std::uint64_t>(hundredths) : static_cast<std::uint64_t>(hundredths);
+    const auto decimals = std::to_string(size % 100);
+    return (negative ? "-" : "") + std::to_string(size / 100) + (decimals.size() < 2 ? ".0" : ".") + decimals;
+}
+
+} // namespace tavrok::domain

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tavrok::domain {
+
+/** Money is a whole number of hundredths from the request to the database and back: no binary fractions. */
+
+/** The hundredths of a decimal text such as "12", "12.5" or "12.50". Refuses a text with a sign, a blank, an
+ *  exponent or more than two decimals, and one above `most` hundredths. `what` names it in the log. */
+std::int64_t parse_money(std::string_view what, std::string_view text, std::int64_t most);
+/** The text with exactly two decimals: "12.50", "-0.05". */
+std::string format_money(std::int64_t hundredths);
+
+} // namespace tavrok::domain
