@@ -14,15 +14,15 @@ ALTER TABLE app_user ADD COLUMN removed_at {int};
 UPDATE app_user SET realname_folded = lower(realname);
 CREATE INDEX app_user_page ON app_user (company, removed_at, id);
 
--- The picture that a visitor has to read before he signs up, one for a visitor's cookie. What he signed up with is kept
--- as a hash with the answer that he got, for the request that the network brings twice.
+-- The picture that a visitor has to read before he signs up, one for a visitor's cookie. The request that signed up with
+-- it is kept as a hash with its time: used_at 0 is a picture that waits, and a used one opens nothing any more.
 CREATE TABLE captcha (
     visitor_hash {text} NOT NULL PRIMARY KEY CHECK (length(visitor_hash) = 64),
     code_hash {text} NOT NULL CHECK (length(code_hash) = 64),
     made_at {int} NOT NULL,
     attempts {int} NOT NULL DEFAULT 0 CHECK (attempts >= 0),
     used_for {text} NOT NULL DEFAULT '',
-    answer {int} NOT NULL DEFAULT 0
+    used_at {int} NOT NULL DEFAULT 0
 ) {strict};
 CREATE INDEX captcha_age ON captcha (made_at);
 

@@ -6,6 +6,8 @@
 #include <array>
 #include <chrono>
 
+#include "api/second_look.h"
+#include "domain/passwords.h"
 #include "domain/refused.h"
 #include "domain/repeat.h"
 #include "domain/sessions.h"
@@ -29,6 +31,8 @@ struct dispatcher::call {
     std::optional<domain::principal> who;
     std::int64_t now{0};
     std::int64_t record{0}; /**< of the stored answer */
+    std::optional<std::string> password;
+    std::string password_hash;
 
     void refuse(std::string why) {
         how = outcome::refused;
@@ -113,7 +117,7 @@ void dispatcher::start(const shared_call& one) {
     }
     if (const auto* staged = std::get_if<staged_work>(&what.work)) return run_staged(one, *staged);
     if (std::holds_alternative<read_work>(what.work)) return run_read(one);
-    if (std::holds_alternative<write_work>(what.work)) return enter_write(one);
+    if (writes(what)) return enter_write(one);
     run_plain(one);
 }
 
@@ -174,7 +178,10 @@ void dispatcher::run_read(const shared_call& one) {
 void dispatcher::enter_write(const shared_call& one) {
     one->key = repeat_key(one->origin);
     m_gate->enter(one->key,
-                  {[this, one] { run_write(one); },
+                  {[this, one] {
+                       const auto* hashed = std::get_if<hashed_work>(&one->what->work);
+                       hashed != nullptr ? run_hashed(one, *hashed) : run_write(one);
+                   },
                    [this, one](http::response same) {
                        one->how = outcome::replayed;
                        m_figures.count(*one->what, one->how, std::chrono::steady_clock::now() - one->begun);
@@ -184,11 +191,41 @@ void dispatcher::enter_write(const shared_call& one) {
                    }});
 }
 
+/** Nobody's password is hashed before he is let in: hashing is dear. */
+void dispatcher::run_hashed(const shared_call& one, const hashed_work& work) {
+    m_with.database.read(
+        [this, one, &work](store::connection& db) {
+            if (!admit(*one, db)) return;
+            one->password = work.password(one->form.values);
+            one->how = outcome::answered;
+        },
+        [this, one](std::exception_ptr failure) {
+            settle(*one, failure);
+            if (one->how != outcome::answered) return end(one);
+            one->password ? hash(one) : run_write(one);
+        });
+}
+
+void dispatcher::hash(const shared_call& one) {
+    const bool taken = m_with.hashing.submit([this, one] {
+        try {
+            one->password_hash = domain::hash_password(m_with.options.pepper, *one->password);
+            run_write(one);
+        } catch (...) {
+            settle(*one, std::current_exception());
+            end(one);
+        }
+    });
+    if (taken) return;
+    one->refuse("too many passwords at once");
+    end(one);
+}
+
 void dispatcher::run_write(const shared_call& one) {
     ++one->tries;
     m_with.database.write([this, one](store::connection& db) { work_once(*one, db); },
                           [this, one](std::exception_ptr failure) {
-                              if (again(one, failure)) return run_write(one);
+                              if (one->tries == 1 && worth_a_second_look(failure)) return run_write(one);
                               settle(*one, failure);
                               end(one);
                           });
@@ -202,25 +239,13 @@ void dispatcher::work_once(call& one, store::connection& db) {
         one.body = std::move(*former);
         one.how = outcome::replayed;
     } else {
-        context with{one.form.values, one.origin, one.now, &db, &*one.who, one.body};
-        std::get<write_work>(one.what->work).run(with);
+        context with{one.form.values, one.origin, one.now, &db, &*one.who, one.body, one.password_hash};
+        const auto* hashed = std::get_if<hashed_work>(&one.what->work);
+        hashed != nullptr ? hashed->run(with) : std::get<write_work>(one.what->work).run(with);
         one.how = outcome::answered;
     }
     // A repeated answer is kept anew, so that its own arrival can be noted.
     one.record = domain::remember(db, *one.who, one.origin.path, one.origin.body, one.body, one.now);
-}
-
-/** After a connection that was lost on the way, or when the same request ran elsewhere at that moment, the
- * record of the answer tells what happened: look once more. */
-bool dispatcher::again(const shared_call& one, std::exception_ptr failure) {
-    if (!failure || one->tries > 1) return false;
-    try {
-        std::rethrow_exception(failure);
-    } catch (const store::error& error) {
-        return error.kind() == store::error_kind::lost || error.kind() == store::error_kind::unique;
-    } catch (...) {
-        return false;
-    }
 }
 
 void dispatcher::settle(call& one, std::exception_ptr failure) {
@@ -254,7 +279,7 @@ http::response dispatcher::close(call& one) {
         one.reason = "the answer would read as the session code";
         out.body = failure_of(what);
     }
-    if (what.answer != form::count && what.answer != form::none) out.content_type = "application/json";
+    out.content_type = content_type_of(what.answer);
     m_figures.count(what, one.how, std::chrono::steady_clock::now() - one.begun);
     const auto level = one.how == outcome::failed     ? spdlog::level::err
                        : one.how == outcome::answered ? spdlog::level::debug

@@ -40,10 +40,11 @@ private:
     void run_staged(const shared_call& one, const staged_work& work);
     void run_read(const shared_call& one);
     void enter_write(const shared_call& one);
+    void run_hashed(const shared_call& one, const hashed_work& work);
+    void hash(const shared_call& one);
     void run_write(const shared_call& one);
     bool admit(call& one, store::connection& db);
     void work_once(call& one, store::connection& db);
-    bool again(const shared_call& one, std::exception_ptr failure);
     void settle(call& one, std::exception_ptr failure);
     http::response close(call& one);
     void end(const shared_call& one);

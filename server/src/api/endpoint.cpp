@@ -15,10 +15,28 @@ std::string_view failure_of(const endpoint& what) {
             return "[]";
         case form::object:
             return "{}";
+        case form::image:
+            return "";
         case form::none:
             break;
     }
     return "0";
+}
+
+std::string_view content_type_of(form answer) {
+    switch (answer) {
+        case form::count:
+        case form::none:
+            return "text/plain; charset=utf-8";
+        case form::image:
+            return "image/png";
+        default:
+            return "application/json";
+    }
+}
+
+bool writes(const endpoint& what) {
+    return std::holds_alternative<write_work>(what.work) || std::holds_alternative<hashed_work>(what.work);
 }
 
 bool reads_as_session_code(std::string_view body) {

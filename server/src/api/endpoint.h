@@ -18,7 +18,7 @@
 namespace tavrok::api {
 
 /** The forms of an answer; each has a failure form of its own. */
-enum class form { count, result, page, array, object, none };
+enum class form { count, result, page, array, object, image, none };
 
 /** What a handler works on and writes to. `db` and `who` are null where the endpoint declares no such need.
  */
@@ -29,6 +29,8 @@ struct context {
     store::connection* db{nullptr};
     const domain::principal* who{nullptr};
     std::string& answer;
+    /** Of the password that hashed_work found in the form; empty where there was none. */
+    std::string_view password_hash{};
 };
 
 struct page_right {
@@ -88,6 +90,13 @@ struct read_work {
 struct write_work {
     std::function<void(context&)> run;
 };
+/** As write_work, for requests that bring a password: its hash is made before the write transaction, on the
+ * hashing queue, once a read transaction has let the request in. */
+struct hashed_work {
+    /** The MD5 text to hash, if there is any; may throw domain::refused. */
+    std::function<std::optional<std::string>(const fields&)> password;
+    std::function<void(context&)> run;
+};
 /** Starts something that calls finish later, on any thread. */
 struct staged_work {
     std::function<void(std::shared_ptr<staged_request>)> run;
@@ -103,7 +112,7 @@ struct endpoint {
     std::vector<key> other_keys{};
     form answer{form::count};
     access allowed;
-    std::variant<plain_work, read_work, write_work, staged_work> work;
+    std::variant<plain_work, read_work, write_work, hashed_work, staged_work> work;
     /** Replaces the failure form of `answer` where an endpoint has its own. */
     std::string_view failure{};
     std::string path() const { return std::string(module) + "/" + std::string(action); }
@@ -111,6 +120,9 @@ struct endpoint {
 
 /** What goes out when an endpoint refuses. */
 std::string_view failure_of(const endpoint& what);
+std::string_view content_type_of(form answer);
+/** True for work in a write transaction that is safe to repeat. */
+bool writes(const endpoint& what);
 
 /** The body that says that the session has ended. */
 inline constexpr std::string_view session_code = "7";

@@ -16,6 +16,8 @@ std::string_view word_of(form answer) {
             return "array";
         case form::object:
             return "object";
+        case form::image:
+            return "image";
         case form::none:
             break;
     }
@@ -72,7 +74,7 @@ std::vector<route_info> list_routes(const registry& of) {
                          {},
                          std::string(word_of(what->answer)),
                          access_in_words(what->allowed),
-                         std::holds_alternative<write_work>(what->work)};
+                         writes(*what)};
         for (const auto& k : what->keys)
             route.keys.emplace_back(k.name);
         list.push_back(std::move(route));

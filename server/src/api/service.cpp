@@ -48,6 +48,8 @@ public:
         add_warehouse(m_routes, m_with);
         add_trees(m_routes, m_with);
         add_product(m_routes, m_with);
+        add_user_reg(m_routes, m_with);
+        add_user(m_routes, m_with);
         m_list = list_routes(m_routes);
         m_figures.emplace(m_routes);
         m_dispatcher.emplace(m_with, *m_figures);

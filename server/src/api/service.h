@@ -17,7 +17,7 @@ struct route_info {
     std::string path;
     std::string method;
     std::vector<std::string> keys; /**< in their order */
-    std::string answer;            /**< "count", "result", "page", "array", "object" or "none" */
+    std::string answer;            /**< "count", "result", "page", "array", "object", "image" or "none" */
     std::string access;            /**< in words */
     bool writes{false};
 };

@@ -26,6 +26,7 @@ void check_user(const new_user& user) {
     check_dialable("mobile", user.mobile, 40);
     check_text("e-mail", user.email, 200);
     if (user.type != 1 && user.type != 2) throw refused("user type is neither 1 nor 2");
+    if (user.state != 1 && user.state != 2) throw refused("user state is neither 1 nor 2");
     if (user.password_hash.empty()) throw refused("no password");
 }
 
@@ -38,12 +39,15 @@ store::user_record known_user(store::connection& with, const user_key& whom) {
 } // namespace
 
 std::int64_t create_company(store::connection& with, const std::string& name, bool operator_company,
-                            std::int64_t now) {
+                            std::int64_t now, const std::string& phone, const std::string& address) {
     check_required("company name", name, 200);
+    check_text("company phone", phone, 200);
+    check_text("company address", address, 1000);
+    if (store::company_taken(with, fold(name))) throw refused("company name is taken");
     if (operator_company && store::operator_exists(with)) {
         throw refused("there is a company that runs the service already");
     }
-    const auto id = store::insert_company(with, name, fold(name), operator_company, now);
+    const auto id = store::insert_company(with, {name, fold(name), phone, address, operator_company, now});
     store::create_partner_counters(with, id);
     note(with, id, 0, "company_add", id, now);
     return id;
@@ -53,7 +57,7 @@ bool no_company(store::connection& with) {
     return !store::any_company(with);
 }
 
-std::int64_t create_user(store::connection& with, const new_user& user, std::int64_t now) {
+std::int64_t create_user(store::connection& with, const new_user& user, std::int64_t now, std::int64_t by) {
     check_user(user);
     store::user_record record;
     record.company = user.company;
@@ -63,14 +67,19 @@ std::int64_t create_user(store::connection& with, const new_user& user, std::int
     record.realname_folded = fold(user.realname);
     record.password_hash = user.password_hash;
     record.type = user.type;
+    record.state = user.state;
     record.mobile = user.mobile;
     record.email = user.email;
     record.email_folded = fold(user.email);
     record.registered_at = now;
     if (store::data_version(with, user.company) == 0) throw refused("unknown company");
-    if (store::user_taken(with, record)) throw refused("user name, mobile or e-mail is taken");
+    if (store::user_mark_taken(with, store::user_mark::username, record.username_folded) ||
+        store::user_mark_taken(with, store::user_mark::mobile, record.mobile) ||
+        store::user_mark_taken(with, store::user_mark::email, record.email_folded)) {
+        throw refused("user name, mobile or e-mail is taken");
+    }
     const auto id = store::insert_user(with, record);
-    note(with, user.company, 0, "user_add", id, now);
+    note(with, user.company, by, "user_add", id, now);
     return id;
 }
 
@@ -89,13 +98,15 @@ void set_password(store::connection& with, const user_key& whom, const std::stri
     note(with, whom.company, 0, "user_password", whom.user, now);
 }
 
-void disable_user(store::connection& with, const user_key& whom, std::int64_t now) {
-    // First the company's row: two transactions must not take one of the last two administrators each.
+void demand_other_administrator(store::connection& with, const user_key& whom) {
     store::bump_data_version(with, whom.company);
-    const auto user = known_user(with, whom);
-    if (user.type == 1 && store::other_administrators(with, whom.company, whom.user) == 0) {
+    if (known_user(with, whom).type == 1 && store::other_administrators(with, whom.company, whom.user) == 0) {
         throw refused("the last administrator stays");
     }
+}
+
+void disable_user(store::connection& with, const user_key& whom, std::int64_t now) {
+    demand_other_administrator(with, whom);
     store::set_user_state(with, whom.company, whom.user, 2);
     void_access(with, whom.company, whom.user);
     note(with, whom.company, 0, "user_disable", whom.user, now);

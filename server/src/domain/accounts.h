@@ -80,15 +80,17 @@ struct new_user {
     int type{2};               /**< 1 administrator, 2 ordinary user */
     std::string mobile;        /**< may be empty */
     std::string email;         /**< may be empty */
+    int state{1};              /**< 1 enabled, 2 disabled */
 };
 
-/** Gives the id. `operator_company`: the company that runs the service; there is at most one. Throws
- * `refused`. */
+/** Gives the id. `operator_company`: the company that runs the service; there is at most one. Its name is
+ * unique in the service, without regard to case. Throws `refused`. */
 std::int64_t create_company(store::connection& with, const std::string& name, bool operator_company,
-                            std::int64_t now);
-/** Gives the id. User name, mobile and e-mail are unique in the service, without regard to case. Throws
- * `refused`. */
-std::int64_t create_user(store::connection& with, const new_user& user, std::int64_t now);
+                            std::int64_t now, const std::string& phone = {}, const std::string& address = {});
+/** Gives the id. User name, mobile and e-mail are unique in the service, without regard to case. `by`: the
+ * user who does it, 0 where nobody is logged in. Throws `refused`. */
+std::int64_t create_user(store::connection& with, const new_user& user, std::int64_t now,
+                         std::int64_t by = 0);
 /** True when no company exists yet. */
 bool no_company(store::connection& with);
 
@@ -102,6 +104,9 @@ std::optional<user_key> find_user(store::connection& with, const std::string& us
  * unknown id. */
 void set_password(store::connection& with, const user_key& whom, const std::string& password_hash,
                   std::int64_t now);
+/** Refuses when without this user nobody would be left to administer the company. Changes the company's row
+ * first, so that two who take one of the last two administrators each cannot both succeed. */
+void demand_other_administrator(store::connection& with, const user_key& whom);
 /** Disables an account with all its sessions and secrets; the last administrator stays (`refused`). */
 void disable_user(store::connection& with, const user_key& whom, std::int64_t now);
 /** Enables an account again. */

@@ -72,6 +72,30 @@ void grant_pages(store::connection& with, const user_key& whom, const wanted_rig
     }
 }
 
+wanted_rights keeper_rights() {
+    const std::vector<std::string> all{"search", "add", "add_child", "edit", "delete"};
+    const std::vector<std::string> documents{"search", "add", "view", "print", "detail_add", "detail_print"};
+    return {{"stock_summary", {"search", "print"}},
+            {"stock_detail", {"search"}},
+            {"stock_taking", documents},
+            {"stock_allot", documents},
+            {"prodcate", all},
+            {"product", all},
+            {"warehouse", all},
+            {"dept", {"search"}},
+            {"emp", {"search"}}};
+}
+
+wanted_rights buyer_rights() {
+    const std::vector<std::string> documents{"search", "add", "view", "print", "detail_add", "detail_print"};
+    return {{"instore_purchase", documents},
+            {"instore_sale_return", {"search", "view"}},
+            {"outstore_purchase_return", documents},
+            {"stock_summary", {"search"}},
+            {"product", {"search"}},
+            {"company_supplier", {"search", "add", "edit", "delete"}}};
+}
+
 /** Partners as a company gathers them over the years: one every few days, the kinds mixed. */
 void fill_partners(store::connection& with, const principal& who, std::array<int, 3> left, std::size_t first,
                    std::int64_t now) {
@@ -95,15 +119,21 @@ std::vector<demo_account> make_main_company(store::connection& with, std::string
     const auto clerk = accounts.make("demo_clerk", "陆棠宁", 2, "15400001002");
     accounts.make("demo_guest", "贺知遥", 2, "15400001003");
     const auto gone = accounts.make("demo_gone", "闻一川", 2, "15400001004");
+    const auto keeper = accounts.make("demo_keeper", "祁云阶", 2, "15400001005");
+    const auto buyer = accounts.make("demo_buyer", "褚若岚", 2, "15400001006");
     grant_pages(with, {company, clerk},
                 {{"company_supplier", {"search", "add", "edit", "delete"}}, {"company_other", {"search"}}},
                 start);
+    grant_pages(with, {company, keeper}, keeper_rights(), start);
+    grant_pages(with, {company, buyer}, buyer_rights(), start);
     disable_user(with, {company, gone}, start + g_day);
     fill_partners(with, administrator_of(company, admin), {45, 38, 32}, 0, now);
     fill_staff(with, administrator_of(company, admin), {0, 40, 4}, now);
     fill_goods(with, administrator_of(company, admin), {5, 5, 200}, now);
     return {{"demo_admin", "管理员，拥有全部权限"},
             {"demo_clerk", "普通用户，可维护供应商、查询其他单位"},
+            {"demo_keeper", "普通用户，库管员：管理库存、仓库和基础资料"},
+            {"demo_buyer", "普通用户，采购员：办理采购入库、维护供应商"},
             {"demo_guest", "普通用户，没有任何权限"},
             {"demo_gone", "已停用的用户"}};
 }

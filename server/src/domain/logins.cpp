@@ -57,6 +57,11 @@ std::vector<granted_row> rows_of(store::connection& with, const store::user_reco
 
 login_result accept(store::connection& with, const store::user_record& user, const std::string& peer,
                     std::int64_t now, const session_limits& limits) {
+    // The account's row first: whoever disables it or changes its password at this moment either sees the new
+    // session and ends it, or is seen here.
+    if (store::set_user_login(with, user.company, user.id, user.password_hash, now) == 0) {
+        return refuse("changed meanwhile");
+    }
     sweep(with, now, limits);
     login_result result;
     result.accepted = true;
@@ -70,7 +75,6 @@ login_result accept(store::connection& with, const store::user_record& user, con
     store::insert_relogin(with, user.company, user.id, token_hash(result.relogin_secret), now,
                           now + limits.relogin);
     result.rows = rows_of(with, user);
-    store::set_user_login(with, user.company, user.id, now);
     note(with, user.company, user.id, "login", user.id, now);
     return result;
 }

@@ -61,6 +61,11 @@ std::string md5_hex(std::string_view text) {
     return hex(digest.data(), length);
 }
 
+bool is_password_md5(std::string_view text) {
+    return text.size() == 32 && text.find_first_not_of("0123456789abcdef") == std::string_view::npos &&
+           text != md5_hex({});
+}
+
 std::string hash_password(std::string_view pepper, std::string_view md5_hex) {
     ready();
     const auto secret = peppered(pepper, md5_hex);

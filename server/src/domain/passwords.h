@@ -9,6 +9,9 @@ namespace tavrok::domain {
  * outside Latin-1 standing as '?' (one for each UTF-16 unit). `text` is UTF-8. */
 std::string md5_hex(std::string_view text);
 
+/** True for a text that md5_hex() may have given for a password; what it gives for no password is none. */
+bool is_password_md5(std::string_view text);
+
 /** Argon2id (19 MiB, two passes) over HMAC-SHA-256 of the MD5 text under the pepper. Slow on purpose (40 ms):
  * never on a network thread. Throws std::runtime_error when memory runs out. */
 std::string hash_password(std::string_view pepper, std::string_view md5_hex);

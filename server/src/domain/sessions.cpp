@@ -6,6 +6,7 @@
 #include <array>
 #include <stdexcept>
 
+#include "store/records/captchas.h"
 #include "store/records/login_failures.h"
 #include "store/records/menu.h"
 #include "store/records/sessions.h"
@@ -16,12 +17,17 @@ namespace {
 
 constexpr std::int64_t g_touch_after = 60;
 constexpr std::int64_t g_keep_failures = 24 * 3600;
+constexpr std::int64_t g_keep_captchas = 15 * 60;
 
 void load_grants(store::connection& with, principal& who) {
     store::each_grant(with, who.company, who.user, [&](const store::grant_record& one) {
         who.menu_rows.insert(one.menu);
         if (!one.page.empty()) who.rights.emplace(one.page, one.action);
     });
+}
+
+void ready() {
+    if (sodium_init() < 0) throw std::runtime_error("the cryptographic library does not start");
 }
 
 std::string hex(const unsigned char* bytes, std::size_t count) {
@@ -34,10 +40,15 @@ std::string hex(const unsigned char* bytes, std::size_t count) {
 } // namespace
 
 std::string new_token() {
-    if (sodium_init() < 0) throw std::runtime_error("the cryptographic library does not start");
+    ready();
     std::array<unsigned char, 32> bytes{};
     randombytes_buf(bytes.data(), bytes.size());
     return hex(bytes.data(), bytes.size());
+}
+
+std::uint32_t random_below(std::uint32_t end) {
+    ready();
+    return randombytes_uniform(end);
 }
 
 std::string token_hash(const std::string& token) {
@@ -80,15 +91,17 @@ std::string open_session(store::connection& with, std::int64_t company, std::int
     return token;
 }
 
-void void_access(store::connection& with, std::int64_t company, std::int64_t user) {
-    store::delete_sessions(with, company, user);
+void void_access(store::connection& with, std::int64_t company, std::int64_t user, std::int64_t kept) {
+    // The secrets first: who is making a session of one holds it, and this waits for him.
     store::delete_relogins(with, company, user);
+    store::delete_sessions(with, company, user, kept);
 }
 
 void sweep(store::connection& with, std::int64_t now, const session_limits& limits) {
     store::delete_old_sessions(with, now - limits.total, now - limits.idle);
     store::delete_old_relogins(with, now);
     store::delete_old_failures(with, now - g_keep_failures);
+    store::delete_old_captchas(with, now - g_keep_captchas);
 }
 
 } // namespace tavrok::domain

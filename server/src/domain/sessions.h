@@ -18,6 +18,8 @@ struct session_limits {
 
 /** 256 random bits in lower-case hexadecimal: a session token or a re-login secret. */
 std::string new_token();
+/** A number from 0 to `end` - 1 that nobody can foresee. */
+std::uint32_t random_below(std::uint32_t end);
 /** The form in which tokens, secrets and other texts that are only recognised are stored: SHA-256 in
  * lower-case hexadecimal. */
 std::string token_hash(const std::string& token);
@@ -34,9 +36,11 @@ void touch(store::connection& with, const principal& who, std::int64_t now);
 /** Makes a session for a login from `peer` and gives its token; the database keeps the hash. */
 std::string open_session(store::connection& with, std::int64_t company, std::int64_t user,
                          const std::string& peer, std::int64_t now);
-/** Ends every session of a user and voids his re-login secrets. */
-void void_access(store::connection& with, std::int64_t company, std::int64_t user);
-/** Deletes what is long over: ended sessions, lapsed secrets, login failures beyond their window. */
+/** Ends every session of a user, but for the one with the id `kept`, and voids his re-login secrets. What is
+ * being made of a secret at this moment is ended as well. */
+void void_access(store::connection& with, std::int64_t company, std::int64_t user, std::int64_t kept = 0);
+/** Deletes what is long over: ended sessions, lapsed secrets, login failures beyond their window, pictures of
+ * visitors. */
 void sweep(store::connection& with, std::int64_t now, const session_limits& limits = {});
 
 } // namespace tavrok::domain

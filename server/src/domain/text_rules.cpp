@@ -45,4 +45,24 @@ void check_dialable(std::string_view what, std::string_view text, std::size_t li
     if (text.find_first_not_of("0123456789+-()./; ") != std::string_view::npos) refuse(what, "is no number");
 }
 
+void check_email(std::string_view what, std::string_view text, std::size_t limit) {
+    check_required(what, text, limit);
+    const auto at = text.find('@');
+    const auto host = at == std::string_view::npos ? std::string_view{} : text.substr(at + 1);
+    const auto dot = host.find('.');
+    if (at == 0 || dot == 0 || dot == std::string_view::npos || host.back() == '.' ||
+        host.find('@') != std::string_view::npos || text.find_first_of(" \t\r\n") != std::string_view::npos) {
+        refuse(what, "is no e-mail address");
+    }
+}
+
+void check_trimmed(std::string_view what, std::string_view text) {
+    constexpr std::string_view blank = " \t\r\n";
+    if (text.empty()) return;
+    if (blank.find(text.front()) != std::string_view::npos ||
+        blank.find(text.back()) != std::string_view::npos) {
+        refuse(what, "has blanks around it");
+    }
+}
+
 } // namespace tavrok::domain

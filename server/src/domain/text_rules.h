@@ -15,6 +15,11 @@ void check_required(std::string_view what, std::string_view text, std::size_t li
 /** Refuses a telephone number that is no number: digits and what people put between them. Not stricter, as
  * what a client once stored must go on being accepted. */
 void check_dialable(std::string_view what, std::string_view text, std::size_t limit);
+/** Refuses a text that can be no e-mail address: something before one '@', behind it a name with a dot
+ * inside, no blanks. Not stricter: whether it reaches anybody, only a letter could tell. */
+void check_email(std::string_view what, std::string_view text, std::size_t limit);
+/** Refuses a text with blanks around it: people trim what they type, and would not find it again. */
+void check_trimmed(std::string_view what, std::string_view text);
 
 /** A text of a record: where it stands and what it must be. */
 template <typename record>

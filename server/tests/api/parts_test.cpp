@@ -100,7 +100,8 @@ TEST(session_code, is_seen_wherever_the_client_would_see_it) {
 }
 
 TEST(session_code, no_failure_form_reads_as_it) {
-    for (const auto shape : {form::count, form::result, form::page, form::array, form::object, form::none}) {
+    for (const auto shape :
+         {form::count, form::result, form::page, form::array, form::object, form::image, form::none}) {
         endpoint what = good();
         what.answer = shape;
         EXPECT_FALSE(reads_as_session_code(failure_of(what)));

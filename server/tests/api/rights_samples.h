@@ -28,6 +28,7 @@ std::vector<sample> goods_samples(harness& world, const std::string& owner, cons
 std::vector<sample> menu_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> emp_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> warehouse_samples(harness& world, const std::string& owner, const std::string& path);
+std::vector<sample> user_samples(harness& world, const std::string& owner, const std::string& path);
 
 /** The samples of an endpoint. A new endpoint has to join here: one without samples fails the test. */
 std::vector<sample> samples_of(harness& world, const std::string& owner, const std::string& path);

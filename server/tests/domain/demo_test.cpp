@@ -63,8 +63,8 @@ TEST_P(demo, names_its_accounts) {
         names.insert(one.username);
         EXPECT_FALSE(one.role.empty());
     }
-    EXPECT_EQ(names,
-              (std::set<std::string>{"demo_admin", "demo_clerk", "demo_guest", "demo_gone", "nord_admin"}));
+    EXPECT_EQ(names, (std::set<std::string>{"demo_admin", "demo_clerk", "demo_keeper", "demo_buyer",
+                                            "demo_guest", "demo_gone", "nord_admin"}));
 }
 
 TEST_P(demo, has_many_believable_partners_of_each_kind) {
@@ -146,6 +146,27 @@ TEST_P(demo, accounts_may_do_what_they_are_said_to) {
     EXPECT_FALSE(clerk.has_any("company_client"));
     EXPECT_EQ(clerk.menu_rows,
               (std::unordered_set<std::int64_t>{400, 403, 40301, 40302, 40303, 40304, 405, 40501}));
+}
+
+TEST_P(demo, keeper_and_buyer_work_in_different_corners) {
+    const auto keeper = principal_of("demo_keeper");
+    for (const char* page : {"prodcate", "product", "warehouse", "stock_taking", "stock_allot"})
+        EXPECT_TRUE(keeper.has(page, "search")) << page;
+    for (const auto& [page, right] : {std::pair("prodcate", "add_child"),
+                                      {"product", "delete"},
+                                      {"warehouse", "add"},
+                                      {"stock_taking", "detail_add"}})
+        EXPECT_TRUE(keeper.has(page, right)) << page << " " << right;
+    EXPECT_FALSE(keeper.has("dept", "edit"));
+    EXPECT_FALSE(keeper.has_any("company_supplier"));
+    EXPECT_FALSE(keeper.has_any("user"));
+    const auto buyer = principal_of("demo_buyer");
+    EXPECT_TRUE(buyer.has("instore_purchase", "add"));
+    EXPECT_TRUE(buyer.has("instore_purchase", "detail_add"));
+    EXPECT_TRUE(buyer.has("company_supplier", "edit"));
+    EXPECT_FALSE(buyer.has("product", "edit"));
+    EXPECT_FALSE(buyer.has_any("stock_taking"));
+    EXPECT_TRUE(buyer.menu_rows.contains(100) && buyer.menu_rows.contains(101));
 }
 
 TEST_P(demo, shows_two_companies_that_do_not_see_each_other) {

@@ -16,5 +16,7 @@ void add_warehouse(registry& to, const services& with);
 /** wms_dept and wms_prodcate. */
 void add_trees(registry& to, const services& with);
 void add_product(registry& to, const services& with);
+void add_user_reg(registry& to, const services& with);
+void add_user(registry& to, const services& with);
 
 } // namespace tavrok::api

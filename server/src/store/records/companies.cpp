@@ -4,9 +4,11 @@ namespace tavrok::store {
 
 namespace {
 
-const statement g_insert{
-    "company_insert",
-    "INSERT INTO company (name, name_folded, is_operator, created_at) VALUES (?, ?, ?, ?) RETURNING id"};
+const statement g_insert{"company_insert",
+                         "INSERT INTO company (name, name_folded, phone, address, is_operator, created_at) "
+                         "VALUES (?, ?, ?, ?, ?, ?) RETURNING id"};
+const statement g_taken{"company_taken",
+                        "SELECT id FROM company WHERE name_folded = ? AND name_folded <> ''"};
 const statement g_any{"company_any", "SELECT id FROM company LIMIT 1"};
 const statement g_operator{"company_operator", "SELECT id FROM company WHERE is_operator = 1"};
 const statement g_version{"company_version", "SELECT data_version FROM company WHERE id = ?"};
@@ -14,12 +16,19 @@ const statement g_bump{"company_bump", "UPDATE company SET data_version = data_v
 
 } // namespace
 
-std::int64_t insert_company(connection& with, const std::string& name, const std::string& folded,
-                            bool is_operator, std::int64_t now) {
+std::int64_t insert_company(connection& with, const company_record& what) {
     std::int64_t id = 0;
-    with.query(g_insert, {name, folded, std::int64_t{is_operator}, now},
+    with.query(g_insert,
+               {what.name, what.name_folded, what.phone, what.address, std::int64_t{what.is_operator},
+                what.created_at},
                [&](const row& one) { id = one.integer(0); });
     return id;
+}
+
+bool company_taken(connection& with, const std::string& name_folded) {
+    bool taken = false;
+    with.query(g_taken, {name_folded}, [&](const row&) { taken = true; });
+    return taken;
 }
 
 bool any_company(connection& with) {

@@ -7,8 +7,18 @@
 
 namespace tavrok::store {
 
-std::int64_t insert_company(connection& with, const std::string& name, const std::string& folded,
-                            bool is_operator, std::int64_t now);
+/** A customer of the service. */
+struct company_record {
+    std::string name;
+    std::string name_folded;
+    std::string phone;
+    std::string address;
+    bool is_operator{false};
+    std::int64_t created_at{0};
+};
+
+std::int64_t insert_company(connection& with, const company_record& what);
+bool company_taken(connection& with, const std::string& name_folded);
 bool any_company(connection& with);
 bool operator_exists(connection& with);
 /** The version of the company's data; 0 for an unknown company. */

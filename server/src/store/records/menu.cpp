@@ -16,6 +16,7 @@ const statement g_exists{"menu_exists", "SELECT 1 FROM menu WHERE id = ?"};
 const statement g_grant{"grant_insert",
                         "INSERT INTO user_grant (company, user_id, menu_id) VALUES (?, ?, ?) "
                         "ON CONFLICT (company, user_id, menu_id) DO NOTHING"};
+const statement g_drop_grants{"grant_drop_all", "DELETE FROM user_grant WHERE company = ? AND user_id = ?"};
 
 } // namespace
 
@@ -42,6 +43,10 @@ bool menu_row_exists(connection& with, std::int64_t menu) {
 
 void insert_grant(connection& with, std::int64_t company, std::int64_t user, std::int64_t menu) {
     with.execute(g_grant, {company, user, menu});
+}
+
+void delete_grants(connection& with, std::int64_t company, std::int64_t user) {
+    with.execute(g_drop_grants, {company, user});
 }
 
 } // namespace tavrok::store

@@ -34,5 +34,7 @@ void each_grant(connection& with, std::int64_t company, std::int64_t user,
 bool menu_row_exists(connection& with, std::int64_t menu);
 /** Granting twice is granting once. */
 void insert_grant(connection& with, std::int64_t company, std::int64_t user, std::int64_t menu);
+/** Takes every grant of a user away. */
+void delete_grants(connection& with, std::int64_t company, std::int64_t user);
 
 } // namespace tavrok::store

@@ -17,9 +17,9 @@ const statement g_partners{
     "SELECT company, id, type, added_at, name, phone, linkman, mobile, fax, address, account, bank, remark, "
     "name_folded, address_folded, account_folded, bank_folded, remark_folded FROM partner ORDER BY company, "
     "id"};
-const statement g_users{
-    "proof_users",
-    "SELECT company, id, username, username_folded, email, email_folded FROM app_user ORDER BY company, id"};
+const statement g_users{"proof_users",
+                        "SELECT company, id, username, username_folded, email, email_folded FROM app_user "
+                        "WHERE removed_at IS NULL ORDER BY company, id"};
 
 /** A list whose live rows are counted in list_counter. */
 struct counted_list {
@@ -68,8 +68,9 @@ struct reference {
 
 constexpr auto g_references = std::to_array<reference>({
     {"app_user", "id", "company", "p.id = c.company"},
-    {"session", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
-    {"relogin_secret", "user_id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"session", "id", "app_user", "p.company = c.company AND p.id = c.user_id AND p.removed_at IS NULL"},
+    {"relogin_secret", "user_id", "app_user",
+     "p.company = c.company AND p.id = c.user_id AND p.removed_at IS NULL"},
     {"repeat_record", "id", "session", "p.company = c.company AND p.id = c.session"},
     {"audit", "id", "company", "p.id = c.company"},
     {"audit", "id", "app_user", "p.company = c.company AND p.id = c.user_id", "c.user_id <> 0"},

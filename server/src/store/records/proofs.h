@@ -53,7 +53,7 @@ void each_orphan(connection& with, const std::function<void(const orphan&)>& eac
 void each_folded_partner(connection& with,
                          const std::function<void(std::int64_t company, const partner_record& partner,
                                                   const partner_words& folded)>& each);
-/** Every user's texts with their folded columns. */
+/** Every user's texts with their folded columns; removed users have none. */
 struct folded_user {
     std::int64_t company;
     std::int64_t id;

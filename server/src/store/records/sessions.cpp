@@ -11,11 +11,12 @@ const statement g_by_token{
     "session_by_token",
     "SELECT s.company, s.id, s.user_id, s.created_at, s.last_used_at, u.username, u.type, "
     "u.state, c.is_operator FROM session s "
-    "JOIN app_user u ON u.company = s.company AND u.id = s.user_id "
+    "JOIN app_user u ON u.company = s.company AND u.id = s.user_id AND u.removed_at IS NULL "
     "JOIN company c ON c.id = s.company WHERE s.token_hash = ?"};
 const statement g_touch{
     "session_touch", "UPDATE session SET last_used_at = ? WHERE company = ? AND id = ? AND last_used_at < ?"};
-const statement g_delete{"session_delete", "DELETE FROM session WHERE company = ? AND user_id = ?"};
+const statement g_delete{"session_delete",
+                         "DELETE FROM session WHERE company = ? AND user_id = ? AND id <> ?"};
 const statement g_delete_old{"session_delete_old",
                              "DELETE FROM session WHERE created_at <= ? OR last_used_at <= ?"};
 const statement g_insert_relogin{"relogin_insert",
@@ -23,8 +24,8 @@ const statement g_insert_relogin{"relogin_insert",
                                  "expires_at) VALUES (?, ?, ?, ?, ?)"};
 const statement g_relogin{
     "relogin_fits",
-    "SELECT 1 FROM relogin_secret WHERE company = ? AND user_id = ? AND secret_hash = ? "
-    "AND expires_at > ?"};
+    "UPDATE relogin_secret SET expires_at = expires_at WHERE company = ? AND user_id = ? AND "
+    "secret_hash = ? AND expires_at > ?"};
 const statement g_delete_relogin{"relogin_delete",
                                  "DELETE FROM relogin_secret WHERE company = ? AND user_id = ?"};
 const statement g_delete_old_relogin{"relogin_delete_old",
@@ -51,8 +52,8 @@ void touch_session(connection& with, std::int64_t company, std::int64_t session,
     with.execute(g_touch, {now, company, session, now});
 }
 
-void delete_sessions(connection& with, std::int64_t company, std::int64_t user) {
-    with.execute(g_delete, {company, user});
+void delete_sessions(connection& with, std::int64_t company, std::int64_t user, std::int64_t kept) {
+    with.execute(g_delete, {company, user, kept});
 }
 
 void delete_old_sessions(connection& with, std::int64_t created, std::int64_t used) {
@@ -66,9 +67,7 @@ void insert_relogin(connection& with, std::int64_t company, std::int64_t user, c
 
 bool relogin_fits(connection& with, std::int64_t company, std::int64_t user, const std::string& secret_hash,
                   std::int64_t now) {
-    bool fits = false;
-    with.query(g_relogin, {company, user, secret_hash, now}, [&](const row&) { fits = true; });
-    return fits;
+    return with.execute(g_relogin, {company, user, secret_hash, now}) != 0;
 }
 
 void delete_relogins(connection& with, std::int64_t company, std::int64_t user) {

@@ -1,6 +1,7 @@
 # What the database keeps: one file a record, paths relative to server/src/store.
 set(WMSD_RECORD_SOURCES
     records/audit.cpp
+    records/captchas.cpp
     records/companies.cpp
     records/employees.cpp
     records/listing.cpp
@@ -12,7 +13,6 @@ set(WMSD_RECORD_SOURCES
     records/proofs.cpp
     records/repeats.cpp
     records/sessions.cpp
+    records/trees.cpp
     records/users.cpp
     records/warehouses.cpp)
-    records/trees.cpp
-    records/users.cpp)

@@ -27,20 +27,31 @@ struct user_record {
     std::int64_t registered_at{0};
 };
 
-/** The list of a company's users. */
+/** The list of a company's users; user_of_row() reads its rows. */
 extern const listing g_user_list;
+user_record user_of_row(const row& one);
 
 /** Gives the id; `id` and `last_login_at` of the record are ignored. */
 std::int64_t insert_user(connection& with, const user_record& user);
-/** By the exact name and its folded form, over all companies: a login knows no company yet. */
+/** By the exact name and its folded form, over all companies: a login knows no company yet. This and all
+ * below know nothing of removed users. */
 std::optional<user_record> user_by_name(connection& with, const std::string& folded, const std::string& name);
 std::optional<user_record> user_by_id(connection& with, std::int64_t company, std::int64_t id);
-/** True when the folded name, the mobile or the folded e-mail is taken; empty ones are not looked for. */
-bool user_taken(connection& with, const user_record& user);
-void set_user_login(connection& with, std::int64_t company, std::int64_t id, std::int64_t now);
+/** What must be one user's alone in the whole service: the folded name, the mobile, the folded e-mail. */
+enum class user_mark { username, mobile, email };
+/** True when a user other than `except` has it; nobody has an empty one. */
+bool user_mark_taken(connection& with, user_mark what, const std::string& text, std::int64_t except = 0);
+/** Notes a login, if the account is still enabled and its password still the one of that hash; gives 0
+ * otherwise. */
+std::int64_t set_user_login(connection& with, std::int64_t company, std::int64_t id, const std::string& hash,
+                            std::int64_t now);
 /** These give the number of rows that changed: 0 for an unknown user. */
 std::int64_t set_user_hash(connection& with, std::int64_t company, std::int64_t id, const std::string& hash);
+std::int64_t set_user_details(connection& with, const user_record& user);
 std::int64_t set_user_state(connection& with, std::int64_t company, std::int64_t id, std::int64_t state);
+/** Takes the user out of the lists. His name, mobile and e-mail are free again and his password is gone; the
+ * row with the name as it was stays, since documents go on naming him. */
+std::int64_t remove_user(connection& with, std::int64_t company, std::int64_t id, std::int64_t now);
 /** Enabled administrators of the company beside one user. */
 std::int64_t other_administrators(connection& with, std::int64_t company, std::int64_t except);
 

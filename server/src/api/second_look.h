@@ -1,0 +1,12 @@
+#pragma once
+
+#include <exception>
+
+namespace tavrok::api {
+
+/** True for a write that failed in a way that its own records can explain: the connection was lost on the
+ * way, so that it may have taken place, or somebody else wrote the same at that moment. Run once more, it
+ * finds out. */
+bool worth_a_second_look(const std::exception_ptr& failure);
+
+} // namespace tavrok::api
