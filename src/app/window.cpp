@@ -7,6 +7,7 @@
 #include <QTabBar>
 #include <QUrl>
 
+#include "access/dlg_menu.h"
 #include "access/dlg_user_login.h"
 #include "app/dlg_about.h"
 #include "app/navigation.h"
@@ -79,8 +80,11 @@ void window::slot_open_about() {
     about.exec();
 }
 
-// The client has no menu administration yet, so there is nothing to open.
-void window::slot_open_menu() {}
+void window::slot_open_menu() {
+    dlg_menu menu(this);
+    menu.setWindowTitle(QStringLiteral("编辑导航"));
+    menu.exec();
+}
 
 void window::slot_relogin() {
     dlg_user_login login;

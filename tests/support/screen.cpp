@@ -120,9 +120,9 @@ void expect_nothing_cut(const QWidget* shown) {
     }
 }
 
-QStringList tab_order(QWidget* first, int count) {
+QStringList tab_order(const QWidget* first, int count) {
     QStringList names;
-    for (QWidget* w = first; names.size() < count; w = w->nextInFocusChain())
+    for (const QWidget* w = first; names.size() < count; w = w->nextInFocusChain())
         if ((w->focusPolicy() & Qt::TabFocus) != 0 && !w->objectName().startsWith(QLatin1String("qt_")))
             names.append(w->objectName());
     return names;

@@ -55,7 +55,7 @@ QPoint tip_place_at(QWidget* widget, const QString& text);
 void expect_nothing_cut(const QWidget* shown);
 
 /** Names of the parts that Tab goes to, from the first one on; parts of the toolkit's own are not counted. */
-QStringList tab_order(QWidget* first, int count);
+QStringList tab_order(const QWidget* first, int count);
 
 /** Selects one whole row as a click on it does. */
 void click_row(QTableWidget* table, int row, Qt::KeyboardModifiers with = Qt::NoModifier);

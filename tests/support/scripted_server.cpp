@@ -6,7 +6,20 @@
 #include <QTimer>
 #include <stdexcept>
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
 namespace {
+
+/**
+ * The client's kernel holds a body back until the head is acknowledged, which takes 40 ms unless it is asked
+ * for.
+ */
+void acknowledge_at_once(const QTcpSocket* socket) {
+    const int on = 1;
+    setsockopt(int(socket->socketDescriptor()), IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
+}
 
 /** Takes the first whole request off the bytes; false if there is none yet. */
 bool take_request(QByteArray& bytes, recorded_request& request) {
@@ -83,7 +96,18 @@ void scripted_server::answer(scripted_answer next) {
 }
 
 void scripted_server::always(const QByteArray& path, scripted_answer standing) {
-    standing_answers.insert(path, std::move(standing));
+    always(path, [standing](const recorded_request&) { return standing; });
+}
+
+void scripted_server::always(const QByteArray& path,
+                             std::function<scripted_answer(const recorded_request&)> rule) {
+    standing_answers.insert(path, std::move(rule));
+}
+
+scripted_answer scripted_server::next_answer(const recorded_request& request) {
+    if (!queue.isEmpty()) return queue.dequeue();
+    const auto rule = standing_answers.value(request.path);
+    return rule ? rule(request) : scripted_answer();
 }
 
 QList<QByteArray> scripted_server::paths() const {
@@ -113,10 +137,11 @@ void scripted_server::accept() {
 
 void scripted_server::read(QTcpSocket* socket) {
     pending[socket] += socket->readAll();
+    acknowledge_at_once(socket);
     recorded_request request;
     while (take_request(pending[socket], request)) {
         recorded.append(request);
-        const scripted_answer next = queue.isEmpty() ? standing_answers.value(request.path) : queue.dequeue();
+        const scripted_answer next = next_answer(request);
         const QPointer<QTcpSocket> target = socket;
         if (next.delay_ms == 0)
             reply(socket, next);

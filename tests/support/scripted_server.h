@@ -6,6 +6,7 @@
 #include <QPair>
 #include <QQueue>
 #include <QString>
+#include <functional>
 
 class QTcpServer;
 class QTcpSocket;
@@ -63,6 +64,8 @@ public:
     void answer(scripted_answer next);
     /** The answer to every request for `path` while the queue is empty. */
     void always(const QByteArray& path, scripted_answer standing);
+    /** As always, with an answer that depends on the request or on what came before. */
+    void always(const QByteArray& path, std::function<scripted_answer(const recorded_request&)> rule);
 
     const QList<recorded_request>& requests() const { return recorded; }
     const recorded_request& last() const { return recorded.last(); }
@@ -77,12 +80,13 @@ public:
 private:
     void accept();
     void read(QTcpSocket* socket);
+    scripted_answer next_answer(const recorded_request& request);
     void reply(QTcpSocket* socket, const scripted_answer& next);
 
     QTcpServer* listener;
     QHash<QTcpSocket*, QByteArray> pending;
     QQueue<scripted_answer> queue;
-    QHash<QByteArray, scripted_answer> standing_answers;
+    QHash<QByteArray, std::function<scripted_answer(const recorded_request&)>> standing_answers;
     QList<recorded_request> recorded;
     int connection_count = 0;
 };

@@ -10,6 +10,7 @@
 #include <QTest>
 #include <QTreeWidget>
 
+#include "access/dlg_menu.h"
 #include "access/dlg_user_login.h"
 #include "app/dlg_about.h"
 #include "app/window.h"
@@ -138,7 +139,20 @@ TEST_F(window_test, menu_administration_has_no_way_in) {
     for (const QMenu* each : menus)
         EXPECT_FALSE(entries(each).contains(QStringLiteral("权限设置")));
     EXPECT_NE(shell.metaObject()->indexOfSlot("slot_open_menu()"), -1);
-    shell.slot_open_menu();
+}
+
+TEST_F(window_test, the_slot_runs_the_menu_administration) {
+    window shell;
+    shell.slot_init_info();
+    server.forget();
+    with_modal_of<dlg_menu>([&shell] { shell.slot_open_menu(); },
+                            [&](dlg_menu* menu) {
+                                EXPECT_EQ(menu->windowTitle(), QStringLiteral("编辑导航"));
+                                EXPECT_EQ(menu->parent(), &shell);
+                                EXPECT_EQ(server.bodies("wms_menu/get_menu"),
+                                          QList<QByteArray>{"action=edit"});
+                                click(menu, "btn_close");
+                            });
     EXPECT_FALSE(modal_shown());
 }
 
