@@ -42,3 +42,23 @@ CREATE TABLE list_counter (
     PRIMARY KEY (company, list)
 ) {strict};
 INSERT INTO list_counter (company, list, live) SELECT company, 'user', count(*) FROM app_user GROUP BY company;
+
+-- A grant goes with its menu row, also one that is given at the very moment in which the row is deleted.
+CREATE TABLE user_grant_kept (
+    company {int} NOT NULL,
+    user_id {int} NOT NULL,
+    menu_id {int} NOT NULL REFERENCES menu (id) ON DELETE CASCADE,
+    PRIMARY KEY (company, user_id, menu_id),
+    FOREIGN KEY (company, user_id) REFERENCES app_user (company, id)
+) {strict};
+INSERT INTO user_grant_kept (company, user_id, menu_id) SELECT company, user_id, menu_id FROM user_grant;
+DROP TABLE user_grant;
+ALTER TABLE user_grant_kept RENAME TO user_grant;
+CREATE INDEX user_grant_menu ON user_grant (menu_id);
+
+-- A page stands once in the menu and a right once on its page: else a right that was taken away would go on in a twin.
+CREATE UNIQUE INDEX menu_page ON menu (action) WHERE real_level = 1;
+CREATE UNIQUE INDEX menu_right ON menu (parent, action) WHERE real_level = 2;
+
+-- A deed may concern two things: a grant concerns a user (object_id) and a menu row (detail).
+ALTER TABLE audit ADD COLUMN detail {int} NOT NULL DEFAULT 0;

@@ -16,6 +16,7 @@ std::string_view failure_of(const endpoint& what) {
         case form::object:
             return "{}";
         case form::image:
+        case form::id:
             return "";
         case form::none:
             break;
@@ -26,6 +27,7 @@ std::string_view failure_of(const endpoint& what) {
 std::string_view content_type_of(form answer) {
     switch (answer) {
         case form::count:
+        case form::id:
         case form::none:
             return "text/plain; charset=utf-8";
         case form::image:

@@ -17,8 +17,9 @@
 
 namespace tavrok::api {
 
-/** The forms of an answer; each has a failure form of its own. */
-enum class form { count, result, page, array, object, image, none };
+/** The forms of an answer; each has a failure form of its own. `id`: the id of a new row as the whole body.
+ */
+enum class form { count, result, page, array, object, id, image, none };
 
 /** What a handler works on and writes to. `db` and `who` are null where the endpoint declares no such need.
  */

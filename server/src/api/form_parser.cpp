@@ -78,6 +78,13 @@ bool parse_number(std::string_view text, const key& k, std::int64_t& number) {
     return error == std::errc() && stop == end && number >= k.low && number <= k.high;
 }
 
+std::optional<std::string_view> without_blanks(std::optional<std::string_view> text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    const auto from = text ? text->find_first_not_of(blanks) : nowhere;
+    if (from == nowhere) return std::nullopt;
+    return text->substr(from, text->find_last_not_of(blanks) - from + 1);
+}
+
 parsed_form refused(std::string why) {
     parsed_form form;
     form.refusal = std::move(why);
@@ -137,6 +144,10 @@ key integer_key(std::string_view name, std::int64_t low, std::int64_t high, pres
     return {name, key_kind::integer, given, low, high};
 }
 
+key typed_integer_key(std::string_view name, std::int64_t low, std::int64_t high) {
+    return {name, key_kind::typed, presence::always, low, high};
+}
+
 fields::fields(const std::vector<key>& keys)
     : m_keys(&keys), m_values(keys.size()), m_integers(keys.size(), 0) {}
 
@@ -167,8 +178,9 @@ parsed_form parse_form(std::string_view body, const std::vector<key>& keys) {
     if (!valid_text(body)) return refused("the body is not valid UTF-8");
     auto form = split(body, keys);
     if (!form.ok()) return form;
-    const auto& values = parser_access::values(form.values);
+    auto& values = parser_access::values(form.values);
     for (std::size_t k = 0; k < keys.size(); ++k) {
+        if (keys[k].kind == key_kind::typed) values[k] = without_blanks(values[k]);
         if (!values[k] || keys[k].kind == key_kind::text) continue;
         if (!parse_number(*values[k], keys[k], parser_access::integers(form.values)[k]))
             return refused("no number or out of range: " + std::string(keys[k].name));

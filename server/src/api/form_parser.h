@@ -8,7 +8,9 @@
 
 namespace tavrok::api {
 
-enum class key_kind { text, id, integer };
+/** `typed`: a whole number that a person typed into a field that nobody checks. Blanks around it do not
+ * count, and nothing but blanks counts as a key that did not come. */
+enum class key_kind { text, id, integer, typed };
 
 /** Whether the client always writes a key, or only when its value is not empty. */
 enum class presence { always, optional };
@@ -27,6 +29,7 @@ key text_key(std::string_view name, presence given = presence::optional);
 key id_key(std::string_view name, presence given = presence::always, std::int64_t low = 1);
 key integer_key(std::string_view name, std::int64_t low, std::int64_t high,
                 presence given = presence::always);
+key typed_integer_key(std::string_view name, std::int64_t low, std::int64_t high);
 
 /** The values of one body by key, each as it was typed. Views point into the body that was parsed. */
 class fields {
@@ -37,7 +40,7 @@ public:
     bool has(std::string_view name) const;
     /** The value, empty when the key did not come. */
     std::string_view text(std::string_view name) const;
-    /** The value of an id or integer key; `otherwise` when it did not come. */
+    /** The value of a key that is a number; `otherwise` when it did not come. */
     std::int64_t integer(std::string_view name, std::int64_t otherwise = 0) const;
 
 private:

@@ -18,6 +18,8 @@ std::string_view word_of(form answer) {
             return "object";
         case form::image:
             return "image";
+        case form::id:
+            return "id";
         case form::none:
             break;
     }

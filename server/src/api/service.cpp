@@ -43,6 +43,7 @@ public:
         add_login(m_routes, m_with);
         add_wms(m_routes, m_with);
         add_menu(m_routes, m_with);
+        add_permission(m_routes, m_with);
         add_company(m_routes, m_with);
         add_emp(m_routes, m_with);
         add_warehouse(m_routes, m_with);

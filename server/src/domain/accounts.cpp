@@ -5,7 +5,6 @@
 #include "domain/refused.h"
 #include "domain/text_rules.h"
 #include "store/records/companies.h"
-#include "store/records/menu.h"
 #include "store/records/partners.h"
 #include "store/records/users.h"
 
@@ -117,14 +116,6 @@ void enable_user(store::connection& with, const user_key& whom, std::int64_t now
         throw refused("unknown user " + std::to_string(whom.user));
     }
     note(with, whom.company, 0, "user_enable", whom.user, now);
-}
-
-void grant_row(store::connection& with, const user_key& whom, std::int64_t menu_row, std::int64_t now) {
-    known_user(with, whom);
-    if (!store::menu_row_exists(with, menu_row))
-        throw refused("unknown menu row " + std::to_string(menu_row));
-    store::insert_grant(with, whom.company, whom.user, menu_row);
-    note(with, whom.company, whom.user, "grant", menu_row, now);
 }
 
 } // namespace tavrok::domain

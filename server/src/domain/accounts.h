@@ -111,7 +111,5 @@ void demand_other_administrator(store::connection& with, const user_key& whom);
 void disable_user(store::connection& with, const user_key& whom, std::int64_t now);
 /** Enables an account again. */
 void enable_user(store::connection& with, const user_key& whom, std::int64_t now);
-/** Grants one menu row. Granting twice is granting once. Throws `refused` for an unknown user or row. */
-void grant_row(store::connection& with, const user_key& whom, std::int64_t menu_row, std::int64_t now);
 
 } // namespace tavrok::domain

@@ -4,7 +4,7 @@
 
 #include "domain/employees.h"
 #include "domain/fold.h"
-#include "domain/menu.h"
+#include "domain/menu_edit.h"
 #include "store/records/menu.h"
 #include "store/records/proofs.h"
 
@@ -87,6 +87,8 @@ void check_menu(store::connection& with, findings& found) {
         if (pages.contains(one.key)) continue;
         found.push_back({"menu", "no row for the page " + std::string(one.key)});
     }
+    for (auto& fault : menu_faults(with))
+        found.push_back({"menu", std::move(fault)});
     const auto reached = size_of(whole_menu(with));
     if (reached != rows) {
         found.push_back({"menu", std::to_string(rows - reached) + " rows hang below no row of the tree"});

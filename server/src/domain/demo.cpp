@@ -9,6 +9,7 @@
 #include "domain/demo_goods.h"
 #include "domain/demo_partners.h"
 #include "domain/demo_staff.h"
+#include "domain/grants.h"
 #include "domain/menu.h"
 #include "domain/refused.h"
 

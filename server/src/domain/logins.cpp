@@ -3,8 +3,8 @@
 #include "domain/accounts.h"
 #include "domain/audit.h"
 #include "domain/fold.h"
+#include "domain/grants.h"
 #include "store/records/login_failures.h"
-#include "store/records/menu.h"
 #include "store/records/sessions.h"
 #include "store/records/users.h"
 
@@ -40,21 +40,6 @@ login_result refuse(std::string reason) {
     return result;
 }
 
-std::vector<granted_row> rows_of(store::connection& with, const store::user_record& user) {
-    std::vector<granted_row> rows;
-    if (user.type == 1) {
-        store::each_menu_row(with, [&](const store::menu_record& one) {
-            rows.push_back({one.id, one.action});
-        });
-    } else {
-        store::each_grant(with, user.company, user.id, [&](const store::grant_record& one) {
-            rows.push_back({one.menu, one.action});
-        });
-    }
-    std::sort(rows.begin(), rows.end(), [](const auto& one, const auto& other) { return one.id < other.id; });
-    return rows;
-}
-
 login_result accept(store::connection& with, const store::user_record& user, const std::string& peer,
                     std::int64_t now, const session_limits& limits) {
     // The account's row first: whoever disables it or changes its password at this moment either sees the new
@@ -74,7 +59,7 @@ login_result accept(store::connection& with, const store::user_record& user, con
     result.relogin_secret = new_token();
     store::insert_relogin(with, user.company, user.id, token_hash(result.relogin_secret), now,
                           now + limits.relogin);
-    result.rows = rows_of(with, user);
+    result.rows = granted_rows(with, {user.company, user.id}, user.type == 1);
     note(with, user.company, user.id, "login", user.id, now);
     return result;
 }

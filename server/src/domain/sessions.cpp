@@ -7,8 +7,8 @@
 #include <stdexcept>
 
 #include "store/records/captchas.h"
+#include "store/records/grants.h"
 #include "store/records/login_failures.h"
-#include "store/records/menu.h"
 #include "store/records/sessions.h"
 
 namespace tavrok::domain {

@@ -5,7 +5,7 @@
 #include "domain/refused.h"
 #include "domain/text_rules.h"
 #include "store/records/companies.h"
-#include "store/records/menu.h"
+#include "store/records/grants.h"
 #include "store/records/users.h"
 
 namespace tavrok::domain {

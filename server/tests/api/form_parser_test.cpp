@@ -256,5 +256,23 @@ TEST(form_parser, many_markers_cost_no_more_than_a_look_at_each) {
     EXPECT_EQ(form.values.text("address"), "");
 }
 
+TEST(form_parser, a_number_that_was_typed_may_have_blanks_around_it_or_be_missing) {
+    const std::vector<key> keys{typed_integer_key("sort", -5, 5), typed_integer_key("level", 0, 2)};
+    const auto read = [&](const std::string& sort) { return parse_form("sort=" + sort + "&level=1", keys); };
+    for (const auto* nothing : {"", " ", "\t \r\n"}) {
+        const auto form = read(nothing);
+        ASSERT_TRUE(form.ok()) << form.refusal;
+        EXPECT_FALSE(form.values.has("sort"));
+        EXPECT_EQ(form.values.integer("sort", 3), 3);
+        EXPECT_EQ(form.values.integer("level"), 1);
+    }
+    for (const auto* number : {"4", " 4", "4\n", "\t 4 "})
+        EXPECT_EQ(read(number).values.integer("sort", 0), 4) << number;
+    EXPECT_EQ(read("-5").values.integer("sort"), -5);
+    for (const auto* wrong : {"6", "-6", "4 4", "x", "4x", "4.0", "+4", "99999999999999999999", "４"})
+        EXPECT_FALSE(read(wrong).ok()) << wrong;
+    EXPECT_FALSE(parse_form("sort=1", keys).ok()) << "the key itself is always written";
+}
+
 } // namespace
 } // namespace tavrok::api

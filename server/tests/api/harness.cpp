@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "domain/passwords.h"
 #include "domain/sessions.h"
@@ -98,15 +99,28 @@ reply harness::ask(const wish& what) {
     return got;
 }
 
-std::int64_t harness::counted(const std::string& path, const std::string& outcome) {
-    const auto text = ask({"metrics", "", "", "127.0.0.1", "GET"}).body;
-    const auto line = "tavrok_requests_total{path=\"" + path + "\",outcome=\"" + outcome + "\"} ";
-    const auto at = text.find(line);
-    if (at == std::string::npos) {
-        ADD_FAILURE() << "no such figure: " << line;
-        return -1;
+std::map<std::pair<std::string, std::string>, std::int64_t> harness::figures() {
+    static const std::string before = "tavrok_requests_total{path=\"";
+    static const std::string between = "\",outcome=\"";
+    std::map<std::pair<std::string, std::string>, std::int64_t> all;
+    std::istringstream text(ask({"metrics", "", "", "127.0.0.1", "GET"}).body);
+    for (std::string line; std::getline(text, line);) {
+        if (!line.starts_with(before)) continue;
+        const auto path_end = line.find(between);
+        const auto outcome = path_end + between.size();
+        const auto outcome_end = line.find("\"} ", outcome);
+        all[{line.substr(before.size(), path_end - before.size()),
+             line.substr(outcome, outcome_end - outcome)}] = std::stoll(line.substr(outcome_end + 3));
     }
-    return std::stoll(text.substr(at + line.size(), 20));
+    return all;
+}
+
+std::int64_t harness::counted(const std::string& path, const std::string& outcome) {
+    const auto all = figures();
+    const auto at = all.find({path, outcome});
+    if (at != all.end()) return at->second;
+    ADD_FAILURE() << "no such figure: " << path << " " << outcome;
+    return -1;
 }
 
 std::int64_t harness::make_company(const std::string& name, bool operator_company) {
@@ -148,6 +162,11 @@ std::string harness::session_of(const domain::user_key& user) {
 
 std::string harness::administrator(const std::string& name, bool operator_company) {
     return session_of(make_user(make_company(name + " company", operator_company), name, 1));
+}
+
+const std::string& harness::operators_session() {
+    if (m_operators_session.empty()) m_operators_session = administrator("operators administrator", true);
+    return m_operators_session;
 }
 
 std::vector<grant> harness::all_grants() {

@@ -13,6 +13,7 @@
 
 #include "api/service.h"
 #include "domain/accounts.h"
+#include "domain/grants.h"
 #include "domain/menu.h"
 #include "domain/partners.h"
 #include "domain/passwords.h"
@@ -71,6 +72,8 @@ public:
     std::future<reply> begin(const wish& what);
     /** The service's own figure of requests to `path` that ended so: "answered", "refused", ... */
     std::int64_t counted(const std::string& path, const std::string& outcome);
+    /** All of these figures at once, by path and outcome. */
+    std::map<std::pair<std::string, std::string>, std::int64_t> figures();
     /** Another instance over the same database takes the place of the service. */
     void replace_service();
 
@@ -80,6 +83,9 @@ public:
     std::string session_of(const domain::user_key& user);
     /** A live session of a new administrator of a new company. */
     std::string administrator(const std::string& name, bool operator_company = false);
+    /** A session of the administrator of the company that runs the service; both are made at the first call.
+     */
+    const std::string& operators_session();
     /** Every page and right of the menu. */
     std::vector<grant> all_grants();
     domain::principal principal_of(const std::string& cookie);
@@ -95,6 +101,7 @@ public:
 private:
     void start();
     api::settings m_options;
+    std::string m_operators_session;
     std::vector<domain::menu_node> m_menu;
 };
 

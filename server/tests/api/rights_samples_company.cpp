@@ -45,9 +45,4 @@ std::vector<sample> company_samples(harness& world, const std::string& owner, co
     return list;
 }
 
-std::vector<sample> menu_samples(harness&, const std::string&, const std::string& path) {
-    if (path == "wms_menu/get_menu") return {{"the menu", "action=list", [](const grant&) { return true; }}};
-    return {};
-}
-
 } // namespace tavrok::test

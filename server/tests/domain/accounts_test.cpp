@@ -82,14 +82,5 @@ TEST_P(accounts, find_user_knows_the_exact_name) {
     EXPECT_FALSE(in.read([](store::connection& with) { return find_user(with, "Hand"); }));
 }
 
-TEST_P(accounts, granting_twice_is_granting_once) {
-    test::scene in(GetParam());
-    for (int i = 0; i < 2; ++i) {
-        in.write([&](store::connection& with) { grant_row(with, in.hand, 400, g_now); });
-    }
-    EXPECT_EQ(in.number("SELECT count(*) FROM user_grant"), 1);
-    EXPECT_THROW(in.write([&](store::connection& with) { grant_row(with, in.hand, 7, g_now); }), refused);
-}
-
 } // namespace
 } // namespace tavrok::domain

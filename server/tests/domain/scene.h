@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "domain/accounts.h"
+#include "domain/grants.h"
 #include "domain/partners.h"
 #include "domain/sessions.h"
 #include "support/scratch_database.h"

@@ -10,6 +10,7 @@ void add_version(registry& to, const services& with);
 void add_login(registry& to, const services& with);
 void add_wms(registry& to, const services& with);
 void add_menu(registry& to, const services& with);
+void add_permission(registry& to, const services& with);
 void add_company(registry& to, const services& with);
 void add_emp(registry& to, const services& with);
 void add_warehouse(registry& to, const services& with);

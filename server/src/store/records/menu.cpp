@@ -1,22 +1,32 @@
 #include "store/records/menu.h"
 
+#include "store/records/listing.h"
+
 namespace tavrok::store {
 
 namespace {
 
+constexpr const char* g_series = "menu";
+
 const statement g_rows{"menu_rows",
                        "SELECT id, coalesce(parent, 0), name, action, real_level, sort, shown FROM menu "
-                       "ORDER BY real_level, sort, id"};
-const statement g_grants{
-    "grant_rows",
-    "SELECT m.id, m.action, CASE WHEN m.real_level = 2 THEN p.action ELSE '' END "
-    "FROM user_grant g JOIN menu m ON m.id = g.menu_id LEFT JOIN menu p ON p.id = m.parent "
-    "WHERE g.company = ? AND g.user_id = ? ORDER BY m.id"};
+                       "ORDER BY sort, id"};
 const statement g_exists{"menu_exists", "SELECT 1 FROM menu WHERE id = ?"};
-const statement g_grant{"grant_insert",
-                        "INSERT INTO user_grant (company, user_id, menu_id) VALUES (?, ?, ?) "
-                        "ON CONFLICT (company, user_id, menu_id) DO NOTHING"};
-const statement g_drop_grants{"grant_drop_all", "DELETE FROM user_grant WHERE company = ? AND user_id = ?"};
+const statement g_lock{"menu_lock", "UPDATE number_series SET last = last WHERE name = ?"};
+const statement g_insert{"menu_insert",
+                         "INSERT INTO menu (parent, name, action, real_level, sort, shown, id) "
+                         "VALUES (nullif(?, 0), ?, ?, ?, ?, ?, ?)"};
+const statement g_update{"menu_update",
+                         "UPDATE menu SET parent = nullif(?, 0), name = ?, action = ?, real_level = ?, "
+                         "sort = ?, shown = ? WHERE id = ?"};
+const statement g_delete{"menu_delete",
+                         "WITH RECURSIVE gone (id) AS (SELECT id FROM menu WHERE id = ? "
+                         "UNION SELECT m.id FROM menu m JOIN gone g ON m.parent = g.id) "
+                         "DELETE FROM menu WHERE id IN (SELECT id FROM gone)"};
+
+void write_row(connection& with, const statement& how, const menu_record& row) {
+    with.execute(how, {row.parent, row.name, row.action, row.real_level, row.sort, row.shown, row.id});
+}
 
 } // namespace
 
@@ -27,26 +37,30 @@ void each_menu_row(connection& with, const std::function<void(const menu_record&
     });
 }
 
-void each_grant(connection& with, std::int64_t company, std::int64_t user,
-                const std::function<void(const grant_record&)>& each) {
-    with.query(g_grants, {company, user}, [&](const row& one) {
-        each({one.integer(0), std::string(one.text(1)),
-              one.null(2) ? std::string() : std::string(one.text(2))});
-    });
-}
-
 bool menu_row_exists(connection& with, std::int64_t menu) {
     bool found = false;
     with.query(g_exists, {menu}, [&](const row&) { found = true; });
     return found;
 }
 
-void insert_grant(connection& with, std::int64_t company, std::int64_t user, std::int64_t menu) {
-    with.execute(g_grant, {company, user, menu});
+void lock_menu(connection& with) {
+    with.execute(g_lock, {std::string(g_series)});
 }
 
-void delete_grants(connection& with, std::int64_t company, std::int64_t user) {
-    with.execute(g_drop_grants, {company, user});
+std::int64_t next_menu_row(connection& with) {
+    return next_number(with, g_series);
+}
+
+void insert_menu_row(connection& with, const menu_record& row) {
+    write_row(with, g_insert, row);
+}
+
+void update_menu_row(connection& with, const menu_record& row) {
+    write_row(with, g_update, row);
+}
+
+void delete_menu_rows(connection& with, std::int64_t top) {
+    with.execute(g_delete, {top});
 }
 
 } // namespace tavrok::store

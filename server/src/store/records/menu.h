@@ -19,22 +19,17 @@ struct menu_record {
     std::int64_t shown{1};
 };
 
-/** A granted row; for a right, the action of the page above it, else empty. */
-struct grant_record {
-    std::int64_t menu{0};
-    std::string action;
-    std::string page;
-};
-
-/** Every row, parents before children, siblings in their order. */
+/** Every row, siblings in their order. */
 void each_menu_row(connection& with, const std::function<void(const menu_record&)>& each);
-/** The user's grants by row id. */
-void each_grant(connection& with, std::int64_t company, std::int64_t user,
-                const std::function<void(const grant_record&)>& each);
 bool menu_row_exists(connection& with, std::int64_t menu);
-/** Granting twice is granting once. */
-void insert_grant(connection& with, std::int64_t company, std::int64_t user, std::int64_t menu);
-/** Takes every grant of a user away. */
-void delete_grants(connection& with, std::int64_t company, std::int64_t user);
+
+/** Keeps everybody else from changing the menu until the commit. */
+void lock_menu(connection& with);
+/** The id of a row to be added; locks the menu. */
+std::int64_t next_menu_row(connection& with);
+void insert_menu_row(connection& with, const menu_record& row);
+void update_menu_row(connection& with, const menu_record& row);
+/** Deletes the row with all that stand below it and all their grants. */
+void delete_menu_rows(connection& with, std::int64_t top);
 
 } // namespace tavrok::store

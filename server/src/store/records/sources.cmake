@@ -4,6 +4,7 @@ set(WMSD_RECORD_SOURCES
     records/captchas.cpp
     records/companies.cpp
     records/employees.cpp
+    records/grants.cpp
     records/listing.cpp
     records/live_rows.cpp
     records/login_failures.cpp
