@@ -28,6 +28,7 @@ inline QModelIndex tree_node_named(const QTreeView* tree, const QString& name) {
 
 /** Clicks on the node of that name. */
 inline void click_node(QTreeView* tree, const QString& name) {
+    tree->scrollTo(tree_node_named(tree, name));
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
                       tree->visualRect(tree_node_named(tree, name)).center());
 }

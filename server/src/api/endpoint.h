@@ -109,7 +109,8 @@ struct endpoint {
     std::string_view action;
     std::string_view method{"POST"};
     std::vector<key> keys;
-    /** The same keys in a second order, where clients write both: tried when the first does not fit. */
+    /** The same keys in a second order, or with fewer that must be there: tried when the first does not fit.
+     */
     std::vector<key> other_keys{};
     form answer{form::count};
     access allowed;

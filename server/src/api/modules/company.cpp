@@ -71,10 +71,18 @@ void do_delete(context& request) {
     request.answer = "1";
 }
 
-std::vector<key> with_details(key first) {
-    return {
-        first,           text_key("name"),    text_key("phone"),   text_key("linkman"), text_key("mobile"),
-        text_key("fax"), text_key("address"), text_key("account"), text_key("bank"),    text_key("remark")};
+/** `required`: what the client's dialog does not let go out empty, and so always writes. */
+std::vector<key> with_details(key first, presence required) {
+    return {first,
+            text_key("name", required),
+            text_key("phone", required),
+            text_key("linkman"),
+            text_key("mobile"),
+            text_key("fax"),
+            text_key("address", required),
+            text_key("account"),
+            text_key("bank"),
+            text_key("remark")};
 }
 
 /** The kind of the named record decides which of the three pages counts. */
@@ -102,7 +110,7 @@ void add_company(registry& to, const services& with) {
          .work = read_work{[&counts](context& request) { get_page(request, counts); }}});
     to.add({.module = "wms_company",
             .action = "do_add",
-            .keys = with_details(integer_key("type", 1, 3)),
+            .keys = with_details(integer_key("type", 1, 3), presence::always),
             .answer = form::result,
             .allowed = {.needs = access::who::rights,
                         .by_value =
@@ -110,7 +118,8 @@ void add_company(registry& to, const services& with) {
             .work = write_work{do_add}});
     to.add({.module = "wms_company",
             .action = "do_edit",
-            .keys = with_details(id_key("id")),
+            .keys = with_details(id_key("id"), presence::always),
+            .other_keys = with_details(id_key("id"), presence::optional),
             .answer = form::count,
             .allowed = on_any_kind("edit"),
             .work = write_work{do_edit}});

@@ -62,6 +62,13 @@ void do_delete(context& request) {
     request.answer = "1";
 }
 
+/** The client always writes name and category, which keeps the text "&price=" in a name apart from a price.
+ */
+std::vector<key> edit_keys(presence name_and_category) {
+    return {id_key("id"),     text_key("name", name_and_category),      text_key("code"),
+            text_key("spec"), id_key("category", name_and_category, 0), text_key("price")};
+}
+
 access only(std::string_view right) {
     return {.needs = access::who::rights, .any_of = {{"product", right}}};
 }
@@ -90,8 +97,8 @@ void add_product(registry& to, const services& with) {
             .work = write_work{do_add}});
     to.add({.module = "wms_product",
             .action = "do_edit",
-            .keys = {id_key("id"), text_key("name"), text_key("code"), text_key("spec"),
-                     id_key("category", presence::optional, 0), text_key("price")},
+            .keys = edit_keys(presence::always),
+            .other_keys = edit_keys(presence::optional),
             .answer = form::count,
             .allowed = only("edit"),
             .work = write_work{do_edit}});
