@@ -77,6 +77,23 @@ void service_process::change_database(const char* sql) {
     if (changed == 0) throw std::runtime_error("nothing to change in the database");
 }
 
+QStringList service_process::read_database(const QString& query) const {
+    QStringList found;
+    sqlite3* connection = nullptr;
+    int result = sqlite3_open(database().toUtf8().constData(), &connection);
+    sqlite3_busy_timeout(connection, 5000);
+    const auto take = [](void* into, int, char** values, char**) {
+        static_cast<QStringList*>(into)->append(QString::fromUtf8(values[0]));
+        return 0;
+    };
+    if (result == SQLITE_OK)
+        result = sqlite3_exec(connection, query.toUtf8().constData(), take, &found, nullptr);
+    const std::string said = sqlite3_errmsg(connection);
+    sqlite3_close(connection);
+    if (result != SQLITE_OK) throw std::runtime_error("the database could not be read: " + said);
+    return found;
+}
+
 int service_process::stop() {
     if (process.state() == QProcess::NotRunning) return process.exitCode();
     process.terminate();

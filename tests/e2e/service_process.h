@@ -16,6 +16,8 @@ public:
     QString base_url() const { return root; }
     /** Changes the database behind the service's back. */
     void change_database(const char* sql);
+    /** The first column of what the query finds in the database. */
+    QStringList read_database(const QString& query) const;
     /** Asks it to stop as an operator does and waits; gives its exit code, -1 if it had to be killed. */
     int stop();
     /** What the service's own check of the database says: 0 when all is well. Only after stop(). */
