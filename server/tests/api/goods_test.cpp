@@ -152,6 +152,16 @@ TEST_P(goods_requests, a_price_that_does_not_come_is_nothing_or_stays) {
     EXPECT_EQ(products().at("list").at(0).at("price").as_string(), "0.00");
 }
 
+/** The client leaves a price of 0 out: what looks like one in the name must not be taken for it. */
+TEST_P(goods_requests, a_price_typed_into_a_name_stays_there) {
+    const auto id = added("wms_product/do_add", "name=钉&price=9+1%&code=c&spec=s&category=0&price=2.50");
+    EXPECT_EQ(ask("wms_product/do_edit", "id=" + id + "&name=钉&price=9+1%&code=c&spec=t&category=0"), "1");
+    const auto one = products().at("list").as_array().at(0).as_object();
+    EXPECT_EQ(one.at("name").as_string(), "钉&price=9+1%");
+    EXPECT_EQ(one.at("spec").as_string(), "t");
+    EXPECT_EQ(one.at("price").as_string(), "2.50");
+}
+
 TEST_P(goods_requests, products_are_found_by_each_criterion) {
     const auto category = added("wms_prodcate/do_add", "name=五金&parent=0");
     added("wms_product/do_add", "name=扳手&code=WJ-1&spec=6寸&category=" + category);
