@@ -32,7 +32,7 @@ TEST_F(tour_run, shows_every_screen) {
     serve();
     EXPECT_EQ(tour({service->base_url(), pictures.path()}), 0) << said.data();
     const QStringList files = QDir(pictures.path()).entryList({QStringLiteral("*.png")});
-    EXPECT_GE(files.size(), 25);
+    EXPECT_GE(files.size(), 70);
 }
 
 TEST_F(tour_run, fails_with_the_name_of_the_step) {

@@ -26,7 +26,7 @@ inline QModelIndex tree_node_named(const QTreeView* tree, const QString& name) {
     return found.first();
 }
 
-/** Clicks on the node of that name. */
+/** Clicks on the node of that name, scrolled to if need be. */
 inline void click_node(QTreeView* tree, const QString& name) {
     tree->scrollTo(tree_node_named(tree, name));
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,

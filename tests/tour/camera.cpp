@@ -20,11 +20,15 @@ QRect outline(const QWidget* shown) {
     return has_title(shown) ? area.adjusted(-1, -title_height, 1, 1) : area;
 }
 
-/** From the bottom up: main window, dialogs in the order in which they came, then menus and tool tips. */
+/** From the bottom up: main window, dialogs each above the one that opened it, then menus and tool tips. */
 int layer(const QWidget* shown) {
-    if (shown->windowType() == Qt::ToolTip) return 3;
-    if (shown->windowType() == Qt::Popup) return 2;
-    return shown == QApplication::activeModalWidget() ? 1 : 0;
+    if (shown->windowType() == Qt::ToolTip) return 1001;
+    if (shown->windowType() == Qt::Popup) return 1000;
+    if (shown == QApplication::activeModalWidget()) return 999;
+    int above = 0;
+    for (const QWidget* each = shown->parentWidget(); each != nullptr; each = each->window()->parentWidget())
+        ++above;
+    return above;
 }
 
 QList<QWidget*> windows() {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTest>
 #include <QWidget>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -11,6 +12,14 @@
 namespace {
 
 constexpr int step_deadline_ms = 20000;
+
+/** The off-screen platform's screen is small and keeps windows at its left: where a usual screen has them. */
+void put_over_its_parent(QWidget* shown) {
+    if (shown->parentWidget() == nullptr) return;
+    const QPoint middle = shown->parentWidget()->window()->geometry().center();
+    const QPoint corner = middle - shown->rect().center();
+    shown->move(corner.x(), std::max(corner.y(), 0));
+}
 
 } // namespace
 
@@ -59,6 +68,7 @@ void guide::with_modal(const std::function<void()>& act, const std::function<voi
         looked = true;
         watch.stop();
         guarded([&] {
+            put_over_its_parent(shown);
             settle(shown);
             look(shown);
         });
@@ -71,6 +81,7 @@ void guide::with_modal(const std::function<void()>& act, const std::function<voi
 
 void guide::settle(QWidget* shown) {
     expect(QTest::qWaitForWindowActive(shown), QStringLiteral("the window gets the input"));
+    QCoreApplication::processEvents();
 }
 
 void guide::expect_tip(const QString& text) {

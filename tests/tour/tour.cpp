@@ -1,6 +1,7 @@
 #include "tour/tour.h"
 
 #include <QCursor>
+#include <QDateTime>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -18,6 +19,7 @@
 #include "app/window.h"
 #include "net/http.h"
 #include "support/screen.h"
+#include "support/tree.h"
 
 namespace {
 
@@ -25,7 +27,8 @@ const QString password = QStringLiteral("Tavrok-2026");
 
 } // namespace
 
-tour::tour(const QString& folder) : walk(folder) {}
+tour::tour(const QString& folder)
+    : walk(folder), stamp(QString::number(10000000 + QDateTime::currentMSecsSinceEpoch() % 90000000)) {}
 
 QWidget* tour::front() const {
     return child<QTabWidget>(shell, "main_tab")->currentWidget();
@@ -40,6 +43,64 @@ void tour::right_click_row(int row) {
     const QPoint point = table()->visualItemRect(table()->item(row, 1)).center();
     QCursor::setPos(table()->viewport()->mapToGlobal(point));
     emit table()->customContextMenuRequested(point);
+}
+
+void tour::right_click_node(QTreeView* tree, const QString& name) {
+    click_node(tree, name);
+    const QPoint point = tree->visualRect(tree_node_named(tree, name)).center();
+    QCursor::setPos(tree->viewport()->mapToGlobal(point));
+    emit tree->customContextMenuRequested(point);
+}
+
+int tour::row_named(const QString& name) const {
+    for (int row = 0; row < table()->rowCount(); ++row)
+        if (table()->item(row, 1)->text() == name) return row;
+    throw std::runtime_error("no row " + name.toStdString());
+}
+
+void tour::fill(QWidget* dialog, texts fields) {
+    for (const auto& [field, text] : fields)
+        child<QLineEdit>(dialog, field)->setText(text);
+}
+
+void tour::open_page(const char* key, const QString& title) {
+    click_navigation(*shell, QLatin1String(key));
+    const auto* tabs = child<QTabWidget>(shell, "main_tab");
+    walk.expect(tabs->tabText(tabs->currentIndex()) == title, QStringLiteral("the tab ") + title);
+}
+
+void tour::open_dialog(const char* button, const QString& title, const std::function<void(QWidget*)>& look) {
+    walk.with_modal([&] { click(front(), button); },
+                    [&](QWidget* dialog) {
+                        walk.expect(dialog->windowTitle() == title, QStringLiteral("the title ") + title);
+                        walk.picture();
+                        look(dialog);
+                    });
+}
+
+void tour::open_picker(QWidget* owner, const char* field, const QString& title,
+                       const std::function<void(QWidget*)>& look) {
+    walk.with_modal([&] { QTest::mouseClick(child<QLineEdit>(owner, field), Qt::LeftButton); },
+                    [&](QWidget* picker) {
+                        walk.expect(picker->windowTitle() == title, QStringLiteral("the title ") + title);
+                        look(picker);
+                    });
+}
+
+void tour::answer_yes(QWidget* question) {
+    auto* box = qobject_cast<QMessageBox*>(question);
+    walk.expect(box != nullptr && box->text() == QStringLiteral("确认删除吗？"),
+                QStringLiteral("the question"));
+    box->button(QMessageBox::Yes)->click();
+}
+
+void tour::delete_top_row(const QString& name, int column) {
+    walk.expect(table()->item(0, column)->text() == name, QStringLiteral("the row on top"));
+    click_row(table(), 0);
+    walk.with_modal([&] { click(front(), "btn_delete"); }, [&](QWidget* box) { answer_yes(box); });
+    click(front(), "btn_search");
+    walk.expect(table()->rowCount() > 0 && table()->item(0, column)->text() != name,
+                QStringLiteral("the service has dropped it"));
 }
 
 void tour::submit(QWidget* login, const char* name, const QString& typed) {
@@ -59,6 +120,7 @@ void tour::login_steps(QWidget* login) {
         click(login, "btn_submit");
         walk.expect_tip(QStringLiteral("请输入帐号"));
     });
+    sign_up_steps(login);
     walk.step("login_refused", [&] {
         walk.with_modal([&] { submit(login, "demo_admin", QStringLiteral("wrong")); },
                         [&](QWidget* box) {
@@ -86,7 +148,16 @@ void tour::main_steps(window& shown) {
     add_steps();
     edit_steps();
     other_steps();
+    department_steps();
+    category_steps();
+    product_steps();
+    employee_steps();
+    warehouse_steps();
+    user_steps();
+    grant_steps();
+    menu_steps();
     clerk_steps();
+    keeper_steps();
     guest_steps();
 }
 

@@ -1,10 +1,7 @@
 // The part of the tour that goes through the trading partners.
-#include <QAbstractButton>
 #include <QCursor>
-#include <QDateTime>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -58,24 +55,22 @@ void tour::list_steps() {
 }
 
 void tour::add_steps() {
-    partner = QStringLiteral("导览供应商") + QString::number(QDateTime::currentMSecsSinceEpoch() % 100000000);
-    const auto fill = [this](QWidget* dialog) {
+    partner = QStringLiteral("导览供应商") + stamp;
+    const auto fill_in = [this](QWidget* dialog) {
         walk.step("add_tip", [&] {
             child<QLineEdit>(dialog, "txt_name")->setText(partner);
             click(dialog, "btn_save");
             walk.expect_tip(QStringLiteral("地址不能为空"));
         });
         walk.step("add_filled", [&] {
-            const QPair<const char*, QString> values[] = {{"txt_address", QStringLiteral("明州市云溪路18号")},
-                                                          {"txt_phone", QStringLiteral("0571-8800 1234")},
-                                                          {"txt_fax", QStringLiteral("0571-8800 1235")},
-                                                          {"txt_linkman", QStringLiteral("沈清和")},
-                                                          {"txt_mobile", QStringLiteral("13900001234")},
-                                                          {"txt_bank", QStringLiteral("明州农商银行")},
-                                                          {"txt_account", QStringLiteral("6222 0000 1234")},
-                                                          {"txt_remark", QStringLiteral("导览中新增")}};
-            for (const auto& [field, text] : values)
-                child<QLineEdit>(dialog, field)->setText(text);
+            fill(dialog, {{"txt_address", QStringLiteral("明州市云溪路18号")},
+                          {"txt_phone", QStringLiteral("0571-8800 1234")},
+                          {"txt_fax", QStringLiteral("0571-8800 1235")},
+                          {"txt_linkman", QStringLiteral("沈清和")},
+                          {"txt_mobile", QStringLiteral("13900001234")},
+                          {"txt_bank", QStringLiteral("明州农商银行")},
+                          {"txt_account", QStringLiteral("6222 0000 1234")},
+                          {"txt_remark", QStringLiteral("导览中新增")}});
             walk.picture();
             click(dialog, "btn_save");
         });
@@ -86,7 +81,7 @@ void tour::add_steps() {
                             walk.expect(dialog->windowTitle() == QStringLiteral("添加来往单位"),
                                         QStringLiteral("the title"));
                             walk.picture();
-                            fill(dialog);
+                            fill_in(dialog);
                         });
     });
     walk.step("added", [&] {
@@ -125,12 +120,9 @@ void tour::edit_steps() {
     walk.step("delete_question", [&] {
         click_row(table(), 0);
         walk.with_modal([&] { click(front(), "btn_delete"); },
-                        [&](QWidget* shown) {
-                            auto* box = qobject_cast<QMessageBox*>(shown);
-                            walk.expect(box != nullptr && box->text() == QStringLiteral("确认删除吗？"),
-                                        QStringLiteral("the question"));
+                        [&](QWidget* box) {
                             walk.picture();
-                            box->button(QMessageBox::Yes)->click();
+                            answer_yes(box);
                         });
     });
     walk.step("deleted", [&] {
