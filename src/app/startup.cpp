@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
+#include <QFont>
 #include <QIcon>
 #include <QJsonObject>
 #include <QMessageBox>
@@ -18,7 +19,10 @@
 
 namespace {
 
+/** The sheet names a font that only some systems have. Elsewhere the one that Debian brings stands in for it,
+ * for Latin letters and digits too, which would else be taken from a wider font. */
 void apply_style_sheet(QApplication& application) {
+    QFont::insertSubstitution(QStringLiteral("Microsoft YaHei"), QStringLiteral("WenQuanYi Micro Hei"));
     QFile file(QStringLiteral(":/qss/white.qss"));
     file.open(QIODevice::ReadOnly);
     // Up to the first NUL byte only.

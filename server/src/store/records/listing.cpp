@@ -33,11 +33,18 @@ condition condition_of(const listing& what, const list_filter& filter) {
 } // namespace
 
 void like(list_filter& filter, const char* column, const std::string& pattern) {
-    if (!pattern.empty()) filter.criteria.push_back({column, criterion::match::like, pattern});
+    if (pattern.empty()) return;
+    auto& one = filter.criteria.emplace_back();
+    one.column = column;
+    one.how = criterion::match::like;
+    one.bound = pattern;
 }
 
 void equal(list_filter& filter, const char* column, std::int64_t bound) {
-    filter.criteria.push_back({column, criterion::match::equal, bound});
+    auto& one = filter.criteria.emplace_back();
+    one.column = column;
+    one.how = criterion::match::equal;
+    one.bound = bound;
 }
 
 void each_listed(connection& with, const listing& what, const list_filter& filter, list_end from,

@@ -21,9 +21,9 @@ struct listing {
 /** What a listed row must fulfil. */
 struct criterion {
     enum class match { equal, like };
-    const char* column;
-    match how;
-    value bound; /**< for `like` a pattern over a folded column */
+    const char* column{""};
+    match how{match::equal};
+    value bound{nullptr}; /**< for `like` a pattern over a folded column */
 };
 
 struct list_filter {
