@@ -20,8 +20,22 @@ struct scene {
 
 /** Process start to the first answer of version/wms_check, on a database that exists. */
 void measure_start(const scene& where);
-/** Pages of 20, no criteria, on 8 connections: the first, the middle and the last. */
-void measure_pages(const scene& where, const service& running, const std::string& session);
+/** A list that is paged through. */
+struct paged_list {
+    std::string name; /**< in the figures */
+    std::string path;
+    std::string criteria; /**< what its requests begin with; empty, or ends with '&' */
+    std::int64_t least;   /**< rows that it must have, so that the figures are those of a large list */
+    bool limits_apply;
+};
+/** Pages of 20 on 8 connections: the first, the middle and the last. */
+void measure_pages(const scene& where, const service& running, const std::string& session,
+                   const paged_list& list);
+/** Products by name and by category, and the answers that are whole lists: tree and options. */
+void measure_masters(const scene& where, const service& running, const std::string& session);
+/** Logins on 32 connections with one and with two hashing threads, beside the bare verification. Starts
+ * services of its own. */
+void measure_logins(const scene& where);
 /** Search of the name by two characters: the service beside its own statements run in this process (SQLite).
  * Starts a service of its own. */
 void measure_search(const scene& where);

@@ -12,8 +12,8 @@ constexpr unsigned connections = 8;
 constexpr double least_rate = 5000;
 constexpr double slowest_ms = 10;
 
-std::string page_request(const std::string& session, const std::string& page) {
-    return post("wms_company/get_page", "type=1&page_num=" + page + "&page_size=20", session);
+std::string page_request(const paged_list& list, const std::string& session, const std::string& page) {
+    return post(list.path, list.criteria + "page_num=" + page + "&page_size=20", session);
 }
 
 struct page_facts {
@@ -33,14 +33,15 @@ page_facts look(const scene& where, const service& running, const std::string& r
 
 } // namespace
 
-void measure_pages(const scene& where, const service& running, const std::string& session) {
-    const page_facts facts = look(where, running, page_request(session, "1"));
-    if (facts.total < 100'000) throw std::runtime_error("fewer than 100,000 partners to page through");
+void measure_pages(const scene& where, const service& running, const std::string& session,
+                   const paged_list& list) {
+    const page_facts facts = look(where, running, page_request(list, session, "1"));
+    if (facts.total < list.least) throw std::runtime_error("too few " + list.name + " to page through");
     const std::string middle = std::to_string(facts.pages / 2);
     for (const auto& [name, page] : {std::pair<const char*, std::string>{"first", "1"},
                                      std::pair<const char*, std::string>{"middle", middle},
                                      std::pair<const char*, std::string>{"last", "-1"}}) {
-        const std::string request = page_request(session, page);
+        const std::string request = page_request(list, session, page);
         const std::size_t length = look(where, running, request).length;
         load_plan plan;
         plan.port = running.port();
@@ -51,14 +52,15 @@ void measure_pages(const scene& where, const service& running, const std::string
         if (result.bad != 0)
             throw std::runtime_error(std::to_string(result.bad) + " page answers were wrong");
         const std::string what = where.label + ": " + name + " page of 20 of " +
-                                 readable(static_cast<double>(facts.total), "") + ", 8 connections";
+                                 readable(static_cast<double>(facts.total), "") + " " + list.name +
+                                 ", 8 connections";
         figure rate{what,         result.rate(),
                     "/s",         result.milliseconds.size(),
                     std::nullopt, std::to_string(result.handshakes) + " new handshakes meanwhile"};
         figure slow{what + ", p99", percentile(result.milliseconds, 0.99),
                     "ms",           result.milliseconds.size(),
                     std::nullopt,   "p50 " + readable(median(result.milliseconds), "ms")};
-        if (where.limits_apply && page == "1") {
+        if (where.limits_apply && list.limits_apply && page == "1") {
             rate.bound = limit{relation::at_least, least_rate};
             slow.bound = limit{relation::at_most, slowest_ms};
         }

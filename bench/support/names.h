@@ -10,7 +10,17 @@ namespace bench {
  */
 std::string partner_name(std::uint32_t number);
 
-/** Two-character texts that stand in some of the names: from one name in a few hundred to one in eight. */
+/** The name of the product with this number: make, quality and what it is. */
+std::string product_name(std::uint32_t number);
+
+/** The name of the employee with this number. */
+std::string person_name(std::uint32_t number);
+
+/** Two-character texts that stand in some of the names of partners: from one name in a few hundred to one in
+ * eight. */
 const std::vector<std::string>& search_terms();
+
+/** The same for the names of products. */
+const std::vector<std::string>& product_terms();
 
 } // namespace bench

@@ -27,13 +27,13 @@ service::service(const service_place& place) {
     const std::string port_file = place.folder + "/port";
     const std::string log = place.folder + "/service.log";
     unlink(port_file.c_str());
-    m_process = std::make_unique<child_process>(
-        std::vector<std::string>{place.program, "serve", "--database", place.database, "--listen",
-                                 "127.0.0.1", "--port", "0", "--port-file", port_file, "--pepper-file",
-                                 place.folder + "/pepper",
-                                 // One address makes the load of a whole company here.
-                                 "--requests-per-second", "0"},
-        std::vector<std::string>{}, log, place.folder);
+    std::vector<std::string> command{place.program, "serve", "--database", place.database, "--listen",
+                                     "127.0.0.1", "--port", "0", "--port-file", port_file, "--pepper-file",
+                                     place.folder + "/pepper",
+                                     // One address makes the load of a whole company here.
+                                     "--requests-per-second", "0"};
+    command.insert(command.end(), place.options.begin(), place.options.end());
+    m_process = std::make_unique<child_process>(command, std::vector<std::string>{}, log, place.folder);
     while ((m_port = told_port(port_file)) == 0) {
         if (!m_process->running()) throw std::runtime_error("the service ended at its start, see " + log);
         if (now_ns() - started_at() > patience_ns)

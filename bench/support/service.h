@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "support/child_process.h"
 
@@ -14,9 +15,10 @@ inline constexpr const char* demo_password = "Tavrok-2026";
 
 /** Where a service finds its data; absolute paths, as it runs in the folder. */
 struct service_place {
-    std::string program;  /**< path of tavrok_wmsd */
-    std::string database; /**< file or connection string */
-    std::string folder;   /**< of pepper, certificate, key, port file and log */
+    std::string program;                /**< path of tavrok_wmsd */
+    std::string database;               /**< file or connection string */
+    std::string folder;                 /**< of pepper, certificate, key, port file and log */
+    std::vector<std::string> options{}; /**< further words of its command line */
 };
 
 /** A service that serves on a free port of 127.0.0.1 while the object lives. */

@@ -24,18 +24,6 @@ std::size_t find_field(std::string_view head, std::string_view name, std::string
     return other == std::string_view::npos ? other : other + lower.size();
 }
 
-std::string md5_hex(const std::string& text) {
-    unsigned char digest[EVP_MAX_MD_SIZE];
-    unsigned length = 0;
-    EVP_Digest(text.data(), text.size(), digest, &length, EVP_md5(), nullptr);
-    std::string hex;
-    for (unsigned at = 0; at < length; ++at) {
-        hex += "0123456789abcdef"[digest[at] >> 4];
-        hex += "0123456789abcdef"[digest[at] & 15];
-    }
-    return hex;
-}
-
 } // namespace
 
 ssl_context make_context() {
@@ -98,6 +86,24 @@ std::string post(std::string_view path, std::string_view body, std::string_view 
     if (!session.empty()) text.append("Cookie: tavrok_session=").append(session).append("\r\n");
     text.append("Content-Length: ").append(std::to_string(body.size())).append(end_of_head).append(body);
     return text;
+}
+
+std::string get(std::string_view path, std::string_view session) {
+    std::string text = "GET /";
+    text.append(path).append(" HTTP/1.1\r\nHost: 127.0.0.1\r\nCookie: tavrok_session=").append(session);
+    return text.append(end_of_head);
+}
+
+std::string md5_hex(const std::string& text) {
+    unsigned char digest[EVP_MAX_MD_SIZE];
+    unsigned length = 0;
+    EVP_Digest(text.data(), text.size(), digest, &length, EVP_md5(), nullptr);
+    std::string hex;
+    for (unsigned at = 0; at < length; ++at) {
+        hex += "0123456789abcdef"[digest[at] >> 4];
+        hex += "0123456789abcdef"[digest[at] & 15];
+    }
+    return hex;
 }
 
 tls_client::tls_client(SSL_CTX* context, std::uint16_t port, const std::string& source)

@@ -41,6 +41,12 @@ extent measure(std::string_view received);
 /** The bytes of a POST as the service expects it, with the session cookie if there is one. */
 std::string post(std::string_view path, std::string_view body, std::string_view session = {});
 
+/** The same for a GET. */
+std::string get(std::string_view path, std::string_view session);
+
+/** What the client sends in place of a typed password. */
+std::string md5_hex(const std::string& text);
+
 /** One blocking TLS connection to the service on 127.0.0.1. Throws std::runtime_error on any failure. */
 class tls_client {
 public:
