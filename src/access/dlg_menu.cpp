@@ -6,12 +6,12 @@
 #include "access/dlg_menu_add.h"
 #include "model/model_menu.h"
 #include "ui_dlg_menu.h"
+#include "widgets/modes.h"
 #include "widgets/selection.h"
 
 namespace {
 
 constexpr int mode_administration = 1;
-enum { mode_add = 0, mode_edit = 1 };
 
 QTreeWidgetItem* item_at(const QTreeWidget* tree, const QModelIndex& index) {
     if (!index.isValid()) return nullptr;
@@ -77,7 +77,6 @@ void dlg_menu::slot_menu_do_add(struct_menu added) {
     added.id = model_menu(nullptr, ui->treewidget, mode_administration).do_add(added);
     if (added.id.isEmpty() || above.item() == nullptr) return;
     model_menu::write_row(new QTreeWidgetItem(above.item()), added);
-    above.item()->setExpanded(true);
 }
 
 void dlg_menu::slot_menu_to_edit() {
@@ -98,9 +97,9 @@ void dlg_menu::slot_menu_do_edit(struct_menu edited) {
 }
 
 void dlg_menu::slot_menu_to_delete() {
-    if (!confirm_delete(this)) return;
+    // Taken before the question: when the focus comes back, a tree without a current row gets one.
     const current_row row(ui->treewidget);
-    if (row.item() == nullptr) return;
+    if (!confirm_delete(this) || row.item() == nullptr) return;
     if (model_menu(nullptr, ui->treewidget, mode_administration).do_delete(row.record().id))
         delete row.item();
 }

@@ -1,10 +1,9 @@
 #include "access/dlg_menu_add.h"
 
 #include "ui_dlg_menu_add.h"
+#include "widgets/modes.h"
 
 namespace {
-
-constexpr int mode_add = 0;
 
 const struct {
     const char* name;

@@ -6,19 +6,14 @@
 #include "widgets/list_page.h"
 #include "widgets/selection.h"
 
-namespace {
-
-constexpr int rows_per_page = 10;
-
-} // namespace
-
 dlg_search_user::dlg_search_user(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint),
       ui(std::make_unique<Ui::dlg_search_user>()) {
     ui->setupUi(this);
     search = {ui->txt_username, ui->txt_realname, ui->comb_type, ui->comb_state};
     search.fill_boxes();
-    page_bar = add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("user"), rows_per_page);
+    page_bar =
+        add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("user"), g_rows_of_a_picker);
     page_bar->page_first();
 }
 

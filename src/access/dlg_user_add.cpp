@@ -2,14 +2,7 @@
 
 #include "ui_dlg_user_add.h"
 #include "widgets/fields.h"
-
-namespace {
-
-enum { mode_add = 0, mode_edit = 1 };
-enum { type_administrator = 1, type_ordinary = 2 };
-enum { state_on = 1, state_off = 2 };
-
-} // namespace
+#include "widgets/modes.h"
 
 dlg_user_add::dlg_user_add(QWidget* parent, int dialog_mode)
     : QDialog(parent, Qt::Dialog | Qt::WindowCloseButtonHint),
@@ -30,9 +23,9 @@ void dlg_user_add::slot_user_to_edit(struct_user to_edit) {
     ui->txt_realname->setText(user.realname);
     ui->txt_mobile->setText(user.mobile);
     ui->txt_email->setText(user.email);
-    if (user.type == type_ordinary) {
-        (user.state == state_on ? ui->radio_on : ui->radio_off)->setChecked(true);
-    } else if (user.type == type_administrator) {
+    if (user.type == user_ordinary) {
+        (user.state == user_enabled ? ui->radio_on : ui->radio_off)->setChecked(true);
+    } else if (user.type == user_administrator) {
         ui->radio_on->setChecked(true);
         ui->radio_off->hide();
     }
@@ -60,8 +53,8 @@ void dlg_user_add::read_fields() {
     user.password = field_text(ui->txt_password);
     user.mobile = field_text(ui->txt_mobile);
     user.email = field_text(ui->txt_email);
-    user.type = type_ordinary;
-    user.state = ui->radio_on->isChecked() ? state_on : state_off;
+    user.type = user_ordinary;
+    user.state = ui->radio_on->isChecked() ? user_enabled : user_disabled;
 }
 
 /** Stops at the first failure and tells the user. The mobile number's pattern acts while typing only. */

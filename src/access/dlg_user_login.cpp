@@ -10,8 +10,8 @@
 #include "net/md5_hex.h"
 #include "ui_dlg_user_login.h"
 #include "widgets/banner.h"
+#include "widgets/fields.h"
 #include "widgets/keys.h"
-#include "widgets/tips.h"
 
 dlg_user_login::dlg_user_login(QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::dlg_user_login>()) {
@@ -29,16 +29,11 @@ void dlg_user_login::slot_relogin() {
 }
 
 void dlg_user_login::on_btn_submit_clicked() {
-    const QString name = ui->txt_login_name->text().trimmed();
-    const QString password = ui->txt_login_pass->text().trimmed();
-    if (name.isEmpty()) {
-        show_tip(ui->txt_login_name, QStringLiteral("请输入帐号"));
+    const QString name = field_text(ui->txt_login_name);
+    const QString password = field_text(ui->txt_login_pass);
+    if (fails(name.isEmpty(), ui->txt_login_name, QStringLiteral("请输入帐号")) ||
+        fails(password.isEmpty(), ui->txt_login_pass, QStringLiteral("请输入密码")))
         return;
-    }
-    if (password.isEmpty()) {
-        show_tip(ui->txt_login_pass, QStringLiteral("请输入密码"));
-        return;
-    }
     switch (user.check_login(name, md5_hex(password))) {
         case model_user::logged_in:
             emit signal_init_info();

@@ -17,13 +17,13 @@ public:
     explicit dlg_user_reg(QDialog* login);
     ~dlg_user_reg() override;
 
+public slots:
+    void on_btn_cancel_clicked();
+    void on_btn_submit_clicked();
+
 protected:
     /** A press on the captcha fetches a new one. */
     bool eventFilter(QObject* object, QEvent* event) override;
-
-private slots:
-    void on_btn_cancel_clicked();
-    void on_btn_submit_clicked();
 
 private:
     void load_captcha();

@@ -9,15 +9,14 @@
 #include "ui_tab_user.h"
 #include "widgets/keys.h"
 #include "widgets/list_page.h"
+#include "widgets/modes.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
 #include "widgets/tips.h"
 
 namespace {
 
-constexpr int rows_per_page = 20;
 constexpr int type_column = 8;
-enum { type_administrator = 1, type_ordinary = 2 };
 
 } // namespace
 
@@ -25,7 +24,8 @@ tab_user::tab_user(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::t
     ui->setupUi(this);
     search = {ui->txt_username, ui->txt_realname, ui->comb_type, ui->comb_state};
     search.fill_boxes();
-    page_bar = add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("user"), rows_per_page);
+    page_bar =
+        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("user"), g_rows_of_a_tab);
     menu = make_context_menu<tab_user>(this, ui->tablewidget,
                                        {{QStringLiteral("查询"), &tab_user::on_btn_search_clicked},
                                         {QStringLiteral("添加"), &tab_user::slot_user_to_add},
@@ -39,17 +39,13 @@ tab_user::tab_user(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::t
 tab_user::~tab_user() = default;
 
 void tab_user::connect_rights() {
-    connect(this, &tab_user::signal_enable_search, ui->btn_search, &QWidget::setVisible);
-    connect(this, &tab_user::signal_enable_search, this, &QWidget::setEnabled);
-    enable_with(this, &tab_user::signal_enable_add, ui->btn_add, menu.actions[1]);
-    enable_with(this, &tab_user::signal_enable_edit, ui->btn_edit, menu.actions[2]);
-    enable_with(this, &tab_user::signal_enable_delete, ui->btn_delete, menu.actions[3]);
+    enable_list(this, *ui, menu.actions);
     enable_with(this, &tab_user::signal_enable_grant, ui->btn_grant, menu.actions[4]);
 }
 
 /** Accounts are kept by administrators, whatever the rights say; an ordinary user may only look at them. */
 void tab_user::enable_by_rights() {
-    if (g_http.current_user.type == type_ordinary) {
+    if (g_http.current_user.type == user_ordinary) {
         const bool may_search = g_http.rights[QStringLiteral("user")].contains(QStringLiteral("search"));
         if (may_search) on_btn_search_clicked();
         enable(may_search, false);
@@ -69,11 +65,11 @@ void tab_user::enable(bool to_search, bool to_change) {
 
 /** An administrator can neither be deleted nor be granted anything. */
 void tab_user::enable_by_row() {
-    if (g_http.current_user.type != type_administrator) return;
+    if (g_http.current_user.type != user_administrator) return;
     const int type = cell_text(ui->tablewidget, ui->tablewidget->currentRow(), type_column).toInt();
-    if (type != type_administrator && type != type_ordinary) return;
-    emit signal_enable_delete(type == type_ordinary);
-    emit signal_enable_grant(type == type_ordinary);
+    if (type != user_administrator && type != user_ordinary) return;
+    emit signal_enable_delete(type == user_ordinary);
+    emit signal_enable_grant(type == user_ordinary);
 }
 
 void tab_user::on_btn_search_clicked() {
@@ -108,7 +104,7 @@ void tab_user::on_tablewidget_customContextMenuRequested(QPoint) {
 }
 
 void tab_user::slot_user_to_add() {
-    dlg_user_add dialog(this, 0);
+    dlg_user_add dialog(this, mode_add);
     dialog.setWindowTitle(QStringLiteral("添加用户"));
     connect(&dialog, &dlg_user_add::signal_user_do_add, this, &tab_user::slot_user_do_add);
     dialog.exec();
@@ -125,7 +121,7 @@ void tab_user::slot_user_do_add(struct_user user) {
 
 void tab_user::slot_user_to_edit() {
     if (!has_current_row(ui->tablewidget)) return;
-    dlg_user_add dialog(this, 1);
+    dlg_user_add dialog(this, mode_edit);
     dialog.setWindowTitle(QStringLiteral("编辑用户"));
     connect(this, &tab_user::signal_user_to_edit, &dialog, &dlg_user_add::slot_user_to_edit);
     connect(&dialog, &dlg_user_add::signal_user_do_edit, this, &tab_user::slot_user_do_edit);
@@ -157,8 +153,8 @@ bool tab_user::may_delete(int id, int type) {
         tip_in_list(ui->tablewidget, QStringLiteral("当前登录用户不能删除"));
         return false;
     }
-    if (type == type_administrator) tip_in_list(ui->tablewidget, QStringLiteral("本司管理员不能删除"));
-    return type != type_administrator;
+    if (type == user_administrator) tip_in_list(ui->tablewidget, QStringLiteral("本司管理员不能删除"));
+    return type != user_administrator;
 }
 
 void tab_user::slot_user_to_grant() {

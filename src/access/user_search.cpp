@@ -7,11 +7,11 @@
 
 void user_search::fill_boxes() const {
     type->addItem(QStringLiteral("【全部】"), 0);
-    type->addItem(QStringLiteral("普通用户"), 2);
-    type->addItem(QStringLiteral("管理员"), 1);
+    type->addItem(QStringLiteral("普通用户"), user_ordinary);
+    type->addItem(QStringLiteral("管理员"), user_administrator);
     state->addItem(QStringLiteral("【全部】"), 0);
-    state->addItem(QStringLiteral("启用"), 1);
-    state->addItem(QStringLiteral("停用"), 2);
+    state->addItem(QStringLiteral("启用"), user_enabled);
+    state->addItem(QStringLiteral("停用"), user_disabled);
 }
 
 QString user_search::args() const {

@@ -2,12 +2,7 @@
 
 #include "ui_dlg_company_add.h"
 #include "widgets/fields.h"
-
-namespace {
-
-enum { mode_add = 0, mode_edit = 1 };
-
-} // namespace
+#include "widgets/modes.h"
 
 dlg_company_add::dlg_company_add(QWidget* parent, int dialog_mode, int type)
     : QDialog(parent, Qt::Dialog | Qt::WindowCloseButtonHint),

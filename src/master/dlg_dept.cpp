@@ -4,6 +4,7 @@
 #include "model/model_dept.h"
 #include "model/tree_nodes.h"
 #include "ui_dlg_dept.h"
+#include "widgets/modes.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
 #include "widgets/tree_page.h"
@@ -61,7 +62,7 @@ void dlg_dept::on_treeview_customContextMenuRequested(QPoint) {
 
 void dlg_dept::slot_dept_to_add() {
     if (!ui->treeview->currentIndex().isValid()) return;
-    dlg_dept_add dialog(this, 0);
+    dlg_dept_add dialog(this, mode_add);
     connect(&dialog, &dlg_dept_add::signal_dept_do_add, this, &dlg_dept::slot_dept_do_add);
     dialog.exec();
 }
@@ -77,7 +78,7 @@ void dlg_dept::slot_dept_to_edit() {
     dept.id = node.id;
     dept.name = node.name;
     dept.parent = node.parent;
-    dlg_dept_add dialog(this, 1);
+    dlg_dept_add dialog(this, mode_edit);
     connect(this, &dlg_dept::signal_dept_to_edit, &dialog, &dlg_dept_add::slot_dept_to_edit);
     connect(&dialog, &dlg_dept_add::signal_dept_do_edit, this, &dlg_dept::slot_dept_do_edit);
     dialog.setWindowTitle(QStringLiteral("编辑部门"));

@@ -2,12 +2,7 @@
 
 #include "ui_dlg_dept_add.h"
 #include "widgets/fields.h"
-
-namespace {
-
-enum { mode_add = 0, mode_edit = 1 };
-
-} // namespace
+#include "widgets/modes.h"
 
 dlg_dept_add::dlg_dept_add(QWidget* parent, int dialog_mode)
     : QDialog(parent, Qt::Dialog | Qt::WindowCloseButtonHint),

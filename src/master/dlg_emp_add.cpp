@@ -3,10 +3,10 @@
 #include "model/model_emp.h"
 #include "ui_dlg_emp_add.h"
 #include "widgets/fields.h"
+#include "widgets/modes.h"
 
 namespace {
 
-enum { mode_add = 0, mode_edit = 1 };
 enum { flag_yes = 1, flag_no = 2 };
 
 /** An identity card number, in its form of 15 or of 18 characters. */

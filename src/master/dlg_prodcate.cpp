@@ -6,6 +6,7 @@
 #include "model/model_prodcate.h"
 #include "model/tree_nodes.h"
 #include "ui_dlg_prodcate.h"
+#include "widgets/modes.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
 #include "widgets/tree_page.h"
@@ -57,7 +58,7 @@ void dlg_prodcate::on_treeview_customContextMenuRequested(QPoint) {
 
 void dlg_prodcate::slot_prodcate_to_add() {
     if (!ui->treeview->currentIndex().isValid()) return;
-    dlg_prodcate_add dialog(this, 0);
+    dlg_prodcate_add dialog(this, mode_add);
     connect(&dialog, &dlg_prodcate_add::signal_prodcate_do_add, this, &dlg_prodcate::slot_prodcate_do_add);
     dialog.exec();
 }
@@ -69,7 +70,7 @@ void dlg_prodcate::slot_prodcate_do_add(struct_prodcate prodcate) {
 void dlg_prodcate::slot_prodcate_to_edit() {
     if (!ui->treeview->currentIndex().isValid()) return;
     const tree_node node = current_node(ui->treeview);
-    dlg_prodcate_add dialog(this, 1);
+    dlg_prodcate_add dialog(this, mode_edit);
     connect(this, &dlg_prodcate::signal_prodcate_to_edit, &dialog, &dlg_prodcate_add::slot_prodcate_to_edit);
     connect(&dialog, &dlg_prodcate_add::signal_prodcate_do_edit, this, &dlg_prodcate::slot_prodcate_do_edit);
     dialog.setWindowTitle(QStringLiteral("编辑货品类别"));

@@ -2,12 +2,7 @@
 
 #include "ui_dlg_prodcate_add.h"
 #include "widgets/fields.h"
-
-namespace {
-
-enum { mode_add = 0, mode_edit = 1 };
-
-} // namespace
+#include "widgets/modes.h"
 
 dlg_prodcate_add::dlg_prodcate_add(QWidget* parent, int dialog_mode)
     : QDialog(parent, Qt::Dialog | Qt::WindowCloseButtonHint),

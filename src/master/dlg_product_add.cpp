@@ -4,12 +4,7 @@
 #include "model/list_table.h"
 #include "ui_dlg_product_add.h"
 #include "widgets/fields.h"
-
-namespace {
-
-enum { mode_add = 0, mode_edit = 1 };
-
-} // namespace
+#include "widgets/modes.h"
 
 dlg_product_add::dlg_product_add(QWidget* parent, int dialog_mode)
     : QDialog(parent, Qt::Dialog | Qt::WindowCloseButtonHint),

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr int mode_no_all = 4;
-constexpr int rows_per_page = 10;
 
 } // namespace
 
@@ -25,7 +24,7 @@ dlg_search_company::dlg_search_company(QWidget* parent, int type, int picking_mo
         ui->btn_all->hide();
     }
     page_bar =
-        add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("company"), rows_per_page);
+        add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("company"), g_rows_of_a_picker);
     emit signal_send_args(model_company::search_args(company));
     page_bar->page_first();
 }

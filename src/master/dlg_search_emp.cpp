@@ -8,17 +8,12 @@
 #include "widgets/list_page.h"
 #include "widgets/selection.h"
 
-namespace {
-
-constexpr int rows_per_page = 10;
-
-} // namespace
-
 dlg_search_emp::dlg_search_emp(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint),
       ui(std::make_unique<Ui::dlg_search_emp>()) {
     ui->setupUi(this);
-    page_bar = add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("emp"), rows_per_page);
+    page_bar =
+        add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("emp"), g_rows_of_a_picker);
     menu =
         make_context_menu<dlg_search_emp>(this, ui->tablewidget,
                                           {{QStringLiteral("查询"), &dlg_search_emp::on_btn_search_clicked},

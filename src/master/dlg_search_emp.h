@@ -1,6 +1,8 @@
 #pragma once
 #include <QDialog>
 #include <QModelIndex>
+#include <QPoint>
+#include <QString>
 #include <memory>
 
 #include "model/struct_emp.h"

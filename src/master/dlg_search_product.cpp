@@ -6,18 +6,12 @@
 #include "widgets/keys.h"
 #include "widgets/list_page.h"
 
-namespace {
-
-constexpr int rows_per_page = 10;
-
-} // namespace
-
 dlg_search_product::dlg_search_product(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint),
       ui(std::make_unique<Ui::dlg_search_product>()) {
     ui->setupUi(this);
     page_bar =
-        add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("product"), rows_per_page);
+        add_page_bar(this, ui->layout_table, ui->tablewidget, QStringLiteral("product"), g_rows_of_a_picker);
     page_bar->page_first();
 }
 

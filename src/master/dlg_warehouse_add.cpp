@@ -3,12 +3,7 @@
 #include "master/pick_emp.h"
 #include "ui_dlg_warehouse_add.h"
 #include "widgets/fields.h"
-
-namespace {
-
-enum { mode_add = 0, mode_edit = 1 };
-
-} // namespace
+#include "widgets/modes.h"
 
 dlg_warehouse_add::dlg_warehouse_add(QWidget* parent, int dialog_mode)
     : QDialog(parent, Qt::Dialog | Qt::WindowCloseButtonHint),

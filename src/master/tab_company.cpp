@@ -9,12 +9,11 @@
 #include "widgets/fields.h"
 #include "widgets/keys.h"
 #include "widgets/list_page.h"
+#include "widgets/modes.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
 
 namespace {
-
-constexpr int rows_per_page = 20;
 
 QString kind_word(int type) {
     static const QHash<int, QString> words = {
@@ -33,7 +32,7 @@ tab_company::tab_company(QWidget* parent, int kind)
     connect(ui->btn_edit, &QPushButton::clicked, this, &tab_company::slot_company_to_edit);
     connect(ui->btn_delete, &QPushButton::clicked, this, &tab_company::slot_company_to_delete);
     page_bar =
-        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("company"), rows_per_page);
+        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("company"), g_rows_of_a_tab);
     menu = make_context_menu<tab_company>(this, ui->tablewidget,
                                           {{QStringLiteral("查询"), &tab_company::on_btn_search_clicked},
                                            {QStringLiteral("添加"), &tab_company::slot_company_to_add},
@@ -67,7 +66,7 @@ void tab_company::on_btn_search_clicked() {
 }
 
 void tab_company::slot_company_to_add() {
-    dlg_company_add dialog(this, 0, type);
+    dlg_company_add dialog(this, mode_add, type);
     connect(&dialog, &dlg_company_add::signal_company_do_add, this, &tab_company::slot_company_do_add);
     dialog.exec();
 }
@@ -81,7 +80,7 @@ void tab_company::slot_company_to_edit() {
     if (!has_current_row(ui->tablewidget)) return;
     const auto company =
         read_record(ui->tablewidget, ui->tablewidget->currentRow(), model_company::columns());
-    dlg_company_add dialog(this, 1, type);
+    dlg_company_add dialog(this, mode_edit, type);
     dialog.setWindowTitle(QStringLiteral("编辑") + kind_word(type));
     connect(this, &tab_company::signal_company_to_edit, &dialog, &dlg_company_add::slot_company_to_edit);
     connect(&dialog, &dlg_company_add::signal_company_do_edit, this, &tab_company::slot_company_do_edit);

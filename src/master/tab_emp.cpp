@@ -9,14 +9,9 @@
 #include "widgets/fields.h"
 #include "widgets/keys.h"
 #include "widgets/list_page.h"
+#include "widgets/modes.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
-
-namespace {
-
-constexpr int rows_per_page = 20;
-
-} // namespace
 
 tab_emp::tab_emp(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::tab_emp>()) {
     ui->setupUi(this);
@@ -24,7 +19,8 @@ tab_emp::tab_emp(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::tab
     connect(ui->btn_add, &QPushButton::clicked, this, &tab_emp::slot_emp_to_add);
     connect(ui->btn_edit, &QPushButton::clicked, this, &tab_emp::slot_emp_to_edit);
     connect(ui->btn_delete, &QPushButton::clicked, this, &tab_emp::slot_emp_to_delete);
-    page_bar = add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("emp"), rows_per_page);
+    page_bar =
+        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("emp"), g_rows_of_a_tab);
     menu = make_context_menu<tab_emp>(this, ui->tablewidget,
                                       {{QStringLiteral("查询"), &tab_emp::on_btn_search_clicked},
                                        {QStringLiteral("添加"), &tab_emp::slot_emp_to_add},
@@ -36,10 +32,7 @@ tab_emp::tab_emp(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::tab
 tab_emp::~tab_emp() = default;
 
 void tab_emp::enable_by_rights() {
-    enable_search_with(this, ui->btn_search);
-    enable_with(this, &tab_emp::signal_enable_add, ui->btn_add, menu.actions[1]);
-    enable_with(this, &tab_emp::signal_enable_edit, ui->btn_edit, menu.actions[2]);
-    enable_with(this, &tab_emp::signal_enable_delete, ui->btn_delete, menu.actions[3]);
+    enable_list(this, *ui, menu.actions);
     apply_rights(this, QStringLiteral("emp"), &tab_emp::on_btn_search_clicked, list_rights<tab_emp>());
 }
 
@@ -53,7 +46,7 @@ void tab_emp::on_btn_search_clicked() {
 }
 
 void tab_emp::slot_emp_to_add() {
-    dlg_emp_add dialog(this, 0, struct_emp());
+    dlg_emp_add dialog(this, mode_add, struct_emp());
     connect(&dialog, &dlg_emp_add::signal_emp_do_add, this, &tab_emp::slot_emp_do_add);
     dialog.exec();
 }
@@ -66,7 +59,7 @@ void tab_emp::slot_emp_do_add(struct_emp emp) {
 void tab_emp::slot_emp_to_edit() {
     if (!has_current_row(ui->tablewidget)) return;
     const int row = ui->tablewidget->currentRow();
-    dlg_emp_add dialog(this, 1, read_record(ui->tablewidget, row, model_emp::columns()));
+    dlg_emp_add dialog(this, mode_edit, read_record(ui->tablewidget, row, model_emp::columns()));
     dialog.setWindowTitle(QStringLiteral("编辑员工"));
     connect(&dialog, &dlg_emp_add::signal_emp_do_edit, this, &tab_emp::slot_emp_do_edit);
     dialog.exec();

@@ -10,14 +10,9 @@
 #include "widgets/fields.h"
 #include "widgets/keys.h"
 #include "widgets/list_page.h"
+#include "widgets/modes.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
-
-namespace {
-
-constexpr int rows_per_page = 20;
-
-} // namespace
 
 tab_product::tab_product(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::tab_product>()) {
     ui->setupUi(this);
@@ -26,7 +21,7 @@ tab_product::tab_product(QWidget* parent) : QWidget(parent), ui(std::make_unique
     connect(ui->btn_delete, &QPushButton::clicked, this, &tab_product::slot_product_to_delete);
     ui->txt_prodcate->installEventFilter(this);
     page_bar =
-        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("product"), rows_per_page);
+        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("product"), g_rows_of_a_tab);
     menu = make_context_menu<tab_product>(this, ui->tablewidget,
                                           {{QStringLiteral("查询"), &tab_product::on_btn_search_clicked},
                                            {QStringLiteral("添加"), &tab_product::slot_product_to_add},
@@ -38,10 +33,7 @@ tab_product::tab_product(QWidget* parent) : QWidget(parent), ui(std::make_unique
 tab_product::~tab_product() = default;
 
 void tab_product::enable_by_rights() {
-    enable_search_with(this, ui->btn_search);
-    enable_with(this, &tab_product::signal_enable_add, ui->btn_add, menu.actions[1]);
-    enable_with(this, &tab_product::signal_enable_edit, ui->btn_edit, menu.actions[2]);
-    enable_with(this, &tab_product::signal_enable_delete, ui->btn_delete, menu.actions[3]);
+    enable_list(this, *ui, menu.actions);
     apply_rights(this, QStringLiteral("product"), &tab_product::on_btn_search_clicked,
                  list_rights<tab_product>());
 }
@@ -74,7 +66,7 @@ void tab_product::slot_prodcate_selected(struct_prodcate prodcate) {
 }
 
 void tab_product::slot_product_to_add() {
-    dlg_product_add dialog(this, 0);
+    dlg_product_add dialog(this, mode_add);
     connect(&dialog, &dlg_product_add::signal_product_do_add, this, &tab_product::slot_product_do_add);
     dialog.exec();
 }
@@ -88,7 +80,7 @@ void tab_product::slot_product_to_edit() {
     if (!has_current_row(ui->tablewidget)) return;
     const auto product =
         read_record(ui->tablewidget, ui->tablewidget->currentRow(), model_product::columns());
-    dlg_product_add dialog(this, 1);
+    dlg_product_add dialog(this, mode_edit);
     connect(this, &tab_product::signal_product_to_edit, &dialog, &dlg_product_add::slot_product_to_edit);
     connect(&dialog, &dlg_product_add::signal_product_do_edit, this, &tab_product::slot_product_do_edit);
     emit signal_product_to_edit(product);

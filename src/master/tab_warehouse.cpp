@@ -10,14 +10,9 @@
 #include "widgets/fields.h"
 #include "widgets/keys.h"
 #include "widgets/list_page.h"
+#include "widgets/modes.h"
 #include "widgets/rights.h"
 #include "widgets/selection.h"
-
-namespace {
-
-constexpr int rows_per_page = 20;
-
-} // namespace
 
 tab_warehouse::tab_warehouse(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::tab_warehouse>()) {
     ui->setupUi(this);
@@ -28,7 +23,7 @@ tab_warehouse::tab_warehouse(QWidget* parent) : QWidget(parent), ui(std::make_un
     connect(ui->btn_delete, &QPushButton::clicked, this, &tab_warehouse::slot_warehouse_to_delete);
     ui->txt_keeper->installEventFilter(this);
     page_bar =
-        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("warehouse"), rows_per_page);
+        add_page_bar(this, ui->verticalLayout, ui->tablewidget, QStringLiteral("warehouse"), g_rows_of_a_tab);
     menu = make_context_menu<tab_warehouse>(
         this, ui->tablewidget,
         {{QStringLiteral("查询"), &tab_warehouse::on_btn_search_clicked},
@@ -41,10 +36,7 @@ tab_warehouse::tab_warehouse(QWidget* parent) : QWidget(parent), ui(std::make_un
 tab_warehouse::~tab_warehouse() = default;
 
 void tab_warehouse::enable_by_rights() {
-    enable_search_with(this, ui->btn_search);
-    enable_with(this, &tab_warehouse::signal_enable_add, ui->btn_add, menu.actions[1]);
-    enable_with(this, &tab_warehouse::signal_enable_edit, ui->btn_edit, menu.actions[2]);
-    enable_with(this, &tab_warehouse::signal_enable_delete, ui->btn_delete, menu.actions[3]);
+    enable_list(this, *ui, menu.actions);
     apply_rights(this, QStringLiteral("warehouse"), &tab_warehouse::on_btn_search_clicked,
                  list_rights<tab_warehouse>());
 }
@@ -71,7 +63,7 @@ void tab_warehouse::slot_emp_selected(struct_emp emp) {
 }
 
 void tab_warehouse::slot_warehouse_to_add() {
-    dlg_warehouse_add dialog(this, 0);
+    dlg_warehouse_add dialog(this, mode_add);
     connect(&dialog, &dlg_warehouse_add::signal_warehouse_do_add, this,
             &tab_warehouse::slot_warehouse_do_add);
     dialog.exec();
@@ -86,7 +78,7 @@ void tab_warehouse::slot_warehouse_to_edit() {
     if (!has_current_row(ui->tablewidget)) return;
     const auto warehouse =
         read_record(ui->tablewidget, ui->tablewidget->currentRow(), model_warehouse::columns());
-    dlg_warehouse_add dialog(this, 1);
+    dlg_warehouse_add dialog(this, mode_edit);
     dialog.setWindowTitle(QStringLiteral("编辑仓库"));
     connect(this, &tab_warehouse::signal_warehouse_to_edit, &dialog,
             &dlg_warehouse_add::slot_warehouse_to_edit);

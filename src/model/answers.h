@@ -6,6 +6,12 @@
 /** Posts a request that is answered by a count; whether anything was done. */
 bool post_count(const QString& path, const QString& args);
 
+/**
+ * Asks whether another record than that of `id` (empty: any) has a value: `key` names it, with its "=". A
+ * question that fails counts as no.
+ */
+bool is_taken(const QString& path, const char* key, const QString& value, const QString& id);
+
 /** What the service gave a new record. */
 struct added_record {
     QString id;

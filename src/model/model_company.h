@@ -1,6 +1,9 @@
 #pragma once
+#include <QHash>
 #include <QJsonObject>
 #include <QObject>
+#include <QString>
+#include <QVariant>
 
 #include "model/model_interface.h"
 #include "model/record_columns.h"

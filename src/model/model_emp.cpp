@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int last_column = 11;
-
 QString yes_word(int flag) {
     return flag == 1 ? QStringLiteral("是") : QString();
 }
@@ -67,7 +65,7 @@ void model_emp::do_edit(struct_emp emp) {
     append(args, "&name=", emp.name);
     append_values(emp);
     if (!post_count(QStringLiteral("wms_emp/do_edit"), args)) return;
-    patch_record(table, table->currentRow(), columns(), emp, 0, last_column);
+    patch_record(table, table->currentRow(), columns(), emp);
 }
 
 bool model_emp::do_delete(int id) {
@@ -77,15 +75,15 @@ bool model_emp::do_delete(int id) {
 }
 
 bool model_emp::check_mobile(QString mobile, QString id) {
-    return is_used(QStringLiteral("wms_emp/check_mobile"), "mobile=", mobile, id);
+    return is_taken(QStringLiteral("wms_emp/check_mobile"), "mobile=", mobile, id);
 }
 
 bool model_emp::check_jobnum_exist(QString jobnum, QString id) {
-    return is_used(QStringLiteral("wms_emp/check_jobnum_exist"), "jobnum=", jobnum, id);
+    return is_taken(QStringLiteral("wms_emp/check_jobnum_exist"), "jobnum=", jobnum, id);
 }
 
 bool model_emp::check_idnum_exist(QString idnum, QString id) {
-    return is_used(QStringLiteral("wms_emp/check_idnum_exist"), "idnum=", idnum, id);
+    return is_taken(QStringLiteral("wms_emp/check_idnum_exist"), "idnum=", idnum, id);
 }
 
 void model_emp::get_option(QComboBox* combo) {
@@ -112,11 +110,4 @@ void model_emp::append_values(const struct_emp& emp) {
     append(args, "&remark=", emp.remark);
     append(args, "&isdefault=", emp.isdefault);
     append(args, "&dimission=", emp.dimission);
-}
-
-bool model_emp::is_used(const QString& path, const char* key, const QString& value, const QString& id) {
-    args.clear();
-    append(args, key, value);
-    append_if(args, "&id=", id);
-    return post_count(path, args);
 }

@@ -1,6 +1,9 @@
 #pragma once
+#include <QHash>
 #include <QJsonObject>
 #include <QObject>
+#include <QString>
+#include <QVariant>
 
 #include "model/model_interface.h"
 #include "model/record_columns.h"
@@ -41,9 +44,12 @@ public:
     /** The list's columns. */
     static const record_columns<struct_emp>& columns();
 
+signals:
+    /** Never emitted. */
+    void signal_emp_to_edit(struct_emp emp);
+
 private:
     void append_values(const struct_emp& emp);
-    bool is_used(const QString& path, const char* key, const QString& value, const QString& id);
 
     QTableWidget* table;
     QString args;

@@ -63,7 +63,7 @@ void model_product::do_edit(struct_product product) {
     append_if(args, "&spec=", product.spec);
     append_category_and_price(product);
     if (!post_count(QStringLiteral("wms_product/do_edit"), args)) return;
-    patch_record(table, table->currentRow(), columns(), product, 0, int(columns().size()) - 1);
+    patch_record(table, table->currentRow(), columns(), product);
 }
 
 bool model_product::do_delete(QString id) {

@@ -1,6 +1,9 @@
 #pragma once
+#include <QHash>
 #include <QJsonObject>
 #include <QObject>
+#include <QString>
+#include <QVariant>
 
 #include "model/model_interface.h"
 #include "model/record_columns.h"
@@ -30,6 +33,10 @@ public:
     static QString search_args(const struct_product& search);
     /** The list's columns. */
     static const record_columns<struct_product>& columns();
+
+signals:
+    /** Never emitted. */
+    void signal_product_to_edit(struct_product product);
 
 private:
     void append_category_and_price(const struct_product& product);

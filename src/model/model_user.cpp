@@ -9,11 +9,11 @@
 namespace {
 
 QString type_word(int type) {
-    return type == 1 ? QStringLiteral("管理员") : QStringLiteral("普通用户");
+    return type == user_administrator ? QStringLiteral("管理员") : QStringLiteral("普通用户");
 }
 
 QString state_word(int state) {
-    return state == 1 ? QStringLiteral("启用") : QStringLiteral("停用");
+    return state == user_enabled ? QStringLiteral("启用") : QStringLiteral("停用");
 }
 
 /** A time that the record keeps as the list shows it; `added` is what it shows for an account just added. */
@@ -122,7 +122,7 @@ void model_user::do_edit(struct_user user) {
     append(args, "&state=", user.state);
     append(args, "&id=", user.id);
     if (!post_count(QStringLiteral("user/do_edit"), args)) return;
-    patch_record(table, table->currentRow(), columns(), user, 0, int(columns().size()) - 1);
+    patch_record(table, table->currentRow(), columns(), user);
 }
 
 bool model_user::do_delete(int id) {
@@ -132,24 +132,17 @@ bool model_user::do_delete(int id) {
 }
 
 bool model_user::check_username(QString value, QString id) {
-    return is_taken("user/check_username", "username=", value, id);
+    return is_taken(QStringLiteral("user/check_username"), "username=", value, id);
 }
 
 bool model_user::check_mobile(QString value, QString id) {
-    return is_taken("user/check_mobile", "mobile=", value, id);
+    return is_taken(QStringLiteral("user/check_mobile"), "mobile=", value, id);
 }
 
 bool model_user::check_email(QString value, QString id) {
-    return is_taken("user/check_email", "email=", value, id);
+    return is_taken(QStringLiteral("user/check_email"), "email=", value, id);
 }
 
 void model_user::add_row(struct_user user) {
     insert_record(table, columns(), user);
-}
-
-bool model_user::is_taken(const char* path, const char* key, const QString& value, const QString& id) {
-    args.clear();
-    append(args, key, value);
-    append_if(args, "&id=", id);
-    return post_count(QLatin1String(path), args);
 }

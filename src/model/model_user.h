@@ -1,7 +1,9 @@
 #pragma once
+#include <QHash>
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
+#include <QVariant>
 
 #include "model/model_interface.h"
 #include "model/record_columns.h"
@@ -65,8 +67,6 @@ public:
     static const record_columns<struct_user>& columns();
 
 private:
-    bool is_taken(const char* path, const char* key, const QString& value, const QString& id);
-
     QTableWidget* table;
     QString args;
 };

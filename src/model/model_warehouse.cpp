@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr int last_column = 10;
 constexpr int option_mode_all = 4;
 constexpr int select_default = 1;
 
@@ -87,7 +86,7 @@ void model_warehouse::do_edit(struct_warehouse warehouse) {
     append(args, "&isdefault=", warehouse.isdefault);
     append(args, "&remark=", warehouse.remark);
     if (!post_count(QStringLiteral("wms_warehouse/do_edit"), args)) return;
-    patch_record(table, table->currentRow(), columns(), warehouse, 0, last_column);
+    patch_record(table, table->currentRow(), columns(), warehouse);
 }
 
 bool model_warehouse::do_delete(QString id) {

@@ -103,6 +103,12 @@ void patch_record(QTableWidget* table, int row, const record_columns<record>& co
         set_cell(table, row, i, columns[size_t(i)].edited(edited));
 }
 
+/** Rewrites a whole row after an edit. */
+template <class record>
+void patch_record(QTableWidget* table, int row, const record_columns<record>& columns, const record& edited) {
+    patch_record(table, row, columns, edited, 0, int(columns.size()) - 1);
+}
+
 /** The record that a row shows, hidden columns included. */
 template <class record>
 record read_record(const QTableWidget* table, int row, const record_columns<record>& columns) {

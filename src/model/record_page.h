@@ -1,4 +1,8 @@
 #pragma once
+#include <QHash>
+#include <QString>
+#include <QVariant>
+
 #include "model/page_answer.h"
 #include "model/record_columns.h"
 

@@ -2,6 +2,7 @@
 #include <QAction>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <vector>
 
@@ -35,6 +36,18 @@ template <class screen>
 void enable_search_with(screen* target, QWidget* button) {
     QObject::connect(target, &screen::signal_enable_search, button, &QWidget::setVisible);
     QObject::connect(target, &screen::signal_enable_search, target, &QWidget::setEnabled);
+}
+
+/**
+ * The rights of a plain list: its form has a button for each (btn_search, btn_add, btn_edit, btn_delete), its
+ * menu begins with the entries of the same order.
+ */
+template <class screen, class form>
+void enable_list(screen* target, const form& ui, const QList<QAction*>& entries) {
+    enable_search_with(target, ui.btn_search);
+    enable_with(target, &screen::signal_enable_add, ui.btn_add, entries[1]);
+    enable_with(target, &screen::signal_enable_edit, ui.btn_edit, entries[2]);
+    enable_with(target, &screen::signal_enable_delete, ui.btn_delete, entries[3]);
 }
 
 /**

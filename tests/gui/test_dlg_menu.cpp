@@ -1,5 +1,7 @@
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCursor>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -128,10 +130,11 @@ TEST_F(menu_dialog, add_goes_under_the_current_row) {
                      QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("1"), QStringLiteral("110")}));
 }
 
-TEST_F(menu_dialog, the_first_row_under_a_row_can_be_seen) {
+TEST_F(menu_dialog, the_first_row_under_a_row_stays_out_of_sight) {
     QTreeWidgetItem* right = select("111");
+    right->setExpanded(false);
     add("20010");
-    EXPECT_TRUE(right->isExpanded());
+    EXPECT_FALSE(right->isExpanded());
     EXPECT_EQ(right->childCount(), 1);
 }
 
@@ -237,6 +240,35 @@ TEST_F(menu_dialog, without_a_current_row_nothing_is_sent_and_deletion_still_ask
     dialog->slot_menu_do_add(struct_menu());
     dialog->slot_menu_do_edit(struct_menu());
     EXPECT_TRUE(server.requests().isEmpty());
+}
+
+TEST_F(menu_dialog, deletion_after_a_load_without_a_current_row_sends_nothing) {
+    dialog->on_btn_reload_clicked();
+    ASSERT_EQ(tree->currentItem(), nullptr);
+    server.forget();
+    with_modal_of<QMessageBox>([this] { entry("删除")->trigger(); },
+                               [this](QMessageBox* box) {
+                                   QFocusEvent back(QEvent::FocusIn);
+                                   QApplication::sendEvent(tree, &back);
+                                   EXPECT_NE(tree->currentItem(), nullptr);
+                                   box->button(QMessageBox::Yes)->click();
+                               });
+    EXPECT_TRUE(server.requests().isEmpty())
+        << "the row that the returning focus makes current was not the one asked about";
+}
+
+TEST_F(menu_dialog, the_root_can_be_edited_and_deleted_like_any_row) {
+    select("0");
+    server.answer("0");
+    with_modal_of<dlg_menu_add>([this] { entry("编辑")->trigger(); },
+                                [](dlg_menu_add* form) { click(form, "btn_submit"); });
+    EXPECT_EQ(server.paths(), QList<QByteArray>{"wms_menu/do_edit"});
+    EXPECT_TRUE(server.last().body.endsWith("&id=0"));
+    server.answer("0");
+    remove(QMessageBox::Yes);
+    EXPECT_EQ(server.last().path, "wms_menu/do_delete");
+    EXPECT_EQ(server.last().body, "id=0");
+    EXPECT_TRUE(item("0") != nullptr) << "the service refuses both";
 }
 
 TEST_F(menu_dialog, a_load_while_a_change_is_being_saved_does_no_harm) {

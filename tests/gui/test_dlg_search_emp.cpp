@@ -179,6 +179,24 @@ TEST_F(emp_picker, all_hands_over_an_empty_id_and_name) {
     expect_picked(QString(), QString());
 }
 
+TEST_F(emp_picker, the_other_fields_keep_the_search_words) {
+    open();
+    for (const char* name : {"txt_name", "txt_idnum", "txt_jobnum", "txt_mobile"})
+        field(name)->setText(QStringLiteral(" ") + QLatin1String(name + 4));
+    click(picker.get(), "btn_search");
+    field("txt_jobnum")->setText(QStringLiteral("not searched for"));
+    table->setCurrentCell(1, 1);
+    picker->on_tablewidget_doubleClicked(table->currentIndex());
+    ASSERT_EQ(picked->size(), 1);
+    const auto emp = picked->first().first().value<struct_emp>();
+    EXPECT_EQ(emp.id, QStringLiteral("2"));
+    EXPECT_EQ(emp.name, QStringLiteral("员工2"));
+    EXPECT_EQ(emp.idnum, QStringLiteral("idnum"));
+    EXPECT_EQ(emp.jobnum, QStringLiteral("jobnum"));
+    EXPECT_EQ(emp.mobile, QStringLiteral("mobile"));
+    EXPECT_TRUE(emp.address.isEmpty());
+}
+
 TEST_F(emp_picker, close_says_nothing) {
     open();
     click_row(table, 1);

@@ -193,6 +193,9 @@ TEST_F(user_dialog, checks_come_in_their_order) {
     expect_refused("txt_email", "邮箱不能为空");
     set("txt_email", QStringLiteral("a@b"));
     expect_refused("txt_email", "格式不正确");
+    // The pattern is held against the text as it stands.
+    set("txt_email", QStringLiteral(" a@b.cn"));
+    expect_refused("txt_email", "格式不正确");
     EXPECT_TRUE(server.requests().isEmpty());
     set("txt_email", QStringLiteral("a@b.cn"));
     click(dialog.get(), "btn_submit");

@@ -147,15 +147,6 @@ TEST_F(emp_tab, rights_of_another_page_do_not_count) {
     grant("warehouse", {"search", "add", "edit", "delete"});
     open_with({});
     EXPECT_FALSE(tab->isEnabled());
+    EXPECT_TRUE(server.requests().isEmpty());
     EXPECT_TRUE(g_http.rights.contains(QStringLiteral("emp"))) << "an absent key reads as an empty list";
-}
-
-TEST_F(emp_tab, the_signal_to_view_is_declared_and_never_emitted) {
-    open();
-    QSignalSpy view(tab.get(), &tab_emp::signal_enable_view);
-    ASSERT_TRUE(view.isValid());
-    click(tab.get(), "btn_search");
-    click_row(table, 0);
-    with_modal([this] { click(tab.get(), "btn_edit"); }, [](QWidget* d) { d->close(); });
-    EXPECT_EQ(view.size(), 0);
 }

@@ -171,3 +171,12 @@ TEST_F(emp_rows, a_name_with_an_ampersand_goes_out_as_it_stands) {
     edit_emp([](dlg_emp_add* d) { child<QLineEdit>(d, "txt_name")->setText(QStringLiteral("A&id=3")); });
     EXPECT_TRUE(server.last().body.startsWith("id=1&name=A&id=3&jobnum=A1"));
 }
+
+TEST_F(emp_rows, a_selection_from_the_bottom_upward_deletes_by_numbers_that_have_moved) {
+    click_row(table, 2);
+    click_row(table, 0, Qt::ControlModifier);
+    server.always("wms_emp/do_delete", "1");
+    remove();
+    EXPECT_EQ(server.bodies("wms_emp/do_delete"), QList<QByteArray>({"id=1", "id=0"}));
+    EXPECT_EQ(names(table), QStringList({QStringLiteral("员工2"), QStringLiteral("员工3")}));
+}

@@ -37,6 +37,7 @@ TEST_F(product_tab, widgets) {
         EXPECT_GT(button->x(), left);
         left = button->x();
     }
+    EXPECT_EQ(tab->findChild<QPushButton*>(QStringLiteral("btn_view")), nullptr);
     EXPECT_GT(child<QLabel>(tab.get(), "lbl_total")->mapTo(tab.get(), QPoint()).y(),
               table->geometry().bottom());
     EXPECT_EQ(tab_order(child<QLineEdit>(tab.get(), "txt_prodcate"), 9),
@@ -186,13 +187,4 @@ TEST_F(product_tab, context_menu) {
     menu->close();
     menu_action(table, "查询")->trigger();
     EXPECT_EQ(server.paths(), QList<QByteArray>{"wms_product/get_page"});
-}
-
-TEST_F(product_tab, view_is_declared_and_never_emitted) {
-    open();
-    QSignalSpy view(tab.get(), &tab_product::signal_enable_view);
-    ASSERT_TRUE(view.isValid());
-    click(tab.get(), "btn_search");
-    EXPECT_EQ(view.size(), 0);
-    EXPECT_EQ(tab->findChild<QPushButton*>(QStringLiteral("btn_view")), nullptr);
 }

@@ -174,3 +174,12 @@ TEST_F(product_rows, the_menu_does_what_the_buttons_do) {
                   QStringLiteral("确认删除吗？"), QMessageBox::No);
     EXPECT_TRUE(server.requests().isEmpty());
 }
+
+TEST_F(product_rows, a_selection_from_the_bottom_upward_deletes_by_numbers_that_have_moved) {
+    click_row(table, 2);
+    click_row(table, 0, Qt::ControlModifier);
+    server.always("wms_product/do_delete", "1");
+    remove(QMessageBox::Yes);
+    EXPECT_EQ(server.bodies("wms_product/do_delete"), QList<QByteArray>({"id=1", "id="}));
+    EXPECT_EQ(names(), words({"货2", "货3"}));
+}

@@ -156,3 +156,12 @@ TEST_F(warehouse_rows, delete_reads_the_id_as_text) {
     remove();
     EXPECT_EQ(server.bodies("wms_warehouse/do_delete"), QList<QByteArray>({"id=x", "id=007"}));
 }
+
+TEST_F(warehouse_rows, a_selection_from_the_bottom_upward_deletes_by_numbers_that_have_moved) {
+    click_row(table, 2);
+    click_row(table, 0, Qt::ControlModifier);
+    server.always("wms_warehouse/do_delete", "1");
+    remove();
+    EXPECT_EQ(server.bodies("wms_warehouse/do_delete"), QList<QByteArray>({"id=1", "id="}));
+    EXPECT_EQ(names(table), QStringList({QStringLiteral("仓库2"), QStringLiteral("仓库3")}));
+}

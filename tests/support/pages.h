@@ -13,8 +13,9 @@
 
 // What tests of lists and trees share.
 
-/** Grants rights on one page. */
+/** Grants rights on one page; without any the page stays unknown. */
 inline void grant(const char* page, const std::vector<const char*>& rights) {
+    if (rights.empty()) return;
     QStringList& granted = g_http.rights[QLatin1String(page)];
     for (const char* right : rights)
         granted.append(QLatin1String(right));

@@ -1,5 +1,6 @@
 #include <QComboBox>
 #include <QHeaderView>
+#include <QSignalSpy>
 #include <QTableWidget>
 
 #include "model/answers.h"
@@ -59,6 +60,18 @@ TEST_F(emp_model, answers_to_the_interfaces_name) {
 TEST_F(emp_model, an_empty_record_says_no_with_2) {
     EXPECT_EQ(struct_emp().isdefault, 2);
     EXPECT_EQ(struct_emp().dimission, 2);
+}
+
+TEST_F(emp_model, its_signal_is_declared_and_never_emitted) {
+    EXPECT_GE(model.metaObject()->indexOfSignal("signal_emp_to_edit(struct_emp)"), 0);
+    const QSignalSpy to_edit(&model, &model_emp::signal_emp_to_edit);
+    load();
+    model.add_row(full_emp());
+    table.setCurrentCell(1, 1);
+    server.answer("1");
+    model.do_edit(full_emp());
+    model.do_add(full_emp());
+    EXPECT_EQ(to_edit.size(), 0);
 }
 
 TEST_F(emp_model, page_request) {

@@ -1,6 +1,7 @@
 #include "model/model_product.h"
 
 #include <QHeaderView>
+#include <QSignalSpy>
 #include <QTableWidget>
 
 #include "support/client_fixture.h"
@@ -61,6 +62,18 @@ protected:
 TEST_F(product_model, answers_to_the_interfaces_name) {
     EXPECT_NE(model.qt_metacast("model_interface"), nullptr);
     EXPECT_NE(QMetaType::type("struct_product"), 0);
+}
+
+TEST_F(product_model, its_signal_is_declared_and_never_emitted) {
+    EXPECT_GE(model.metaObject()->indexOfSignal("signal_product_to_edit(struct_product)"), 0);
+    const QSignalSpy to_edit(&model, &model_product::signal_product_to_edit);
+    load();
+    model.add_row(full_product());
+    table.setCurrentCell(1, 1);
+    server.answer("1");
+    model.do_edit(full_product());
+    model.do_add(full_product());
+    EXPECT_EQ(to_edit.size(), 0);
 }
 
 TEST_F(product_model, page_request) {

@@ -1,0 +1,4 @@
+#pragma once
+
+/** What a dialog that edits one record is opened for; its constructor takes it as a number. */
+enum record_mode { mode_add = 0, mode_edit = 1 };
