@@ -1,30 +1,35 @@
 -- What sign-up and the administration of users need.
 
--- A company signs up under a name that no other has. Names that stand already are folded as well as the database can.
+-- A company signs up under a name that no other has. The service folds the names that stand already, here and below, when
+-- it opens the database: no database folds as it does. Empty: not yet, or an older company has the name.
 ALTER TABLE company ADD COLUMN name_folded {text} NOT NULL DEFAULT '';
 ALTER TABLE company ADD COLUMN phone {text} NOT NULL DEFAULT '' CHECK (length(phone) <= 200);
 ALTER TABLE company ADD COLUMN address {text} NOT NULL DEFAULT '' CHECK (length(address) <= 1000);
-UPDATE company SET name_folded = lower(name);
 CREATE UNIQUE INDEX company_name ON company (name_folded) WHERE name_folded <> '';
 
 -- A user who was deleted keeps his row, as documents go on naming him; his name, mobile and e-mail are free again.
 -- The folded name of such a row is no name that anybody can have.
 ALTER TABLE app_user ADD COLUMN realname_folded {text} NOT NULL DEFAULT '';
 ALTER TABLE app_user ADD COLUMN removed_at {int};
-UPDATE app_user SET realname_folded = lower(realname);
 CREATE INDEX app_user_page ON app_user (company, removed_at, id);
 
 -- The picture that a visitor has to read before he signs up, one for a visitor's cookie. The request that signed up with
--- it is kept as a hash with its time: used_at 0 is a picture that waits, and a used one opens nothing any more.
+-- it is kept as a hash with its time: used_at 0 is a picture that waits, and a used one opens nothing any more. fitted_for
+-- is the hash of the last sign-up that had read it.
 CREATE TABLE captcha (
     visitor_hash {text} NOT NULL PRIMARY KEY CHECK (length(visitor_hash) = 64),
     code_hash {text} NOT NULL CHECK (length(code_hash) = 64),
     made_at {int} NOT NULL,
     attempts {int} NOT NULL DEFAULT 0 CHECK (attempts >= 0),
     used_for {text} NOT NULL DEFAULT '',
-    used_at {int} NOT NULL DEFAULT 0
+    used_at {int} NOT NULL DEFAULT 0,
+    fitted_for {text} NOT NULL DEFAULT ''
 ) {strict};
 CREATE INDEX captcha_age ON captcha (made_at);
+
+-- The regular sweep looks for sessions that are too old and for those that nobody used for too long.
+CREATE INDEX session_age ON session (created_at);
+CREATE INDEX session_use ON session (last_used_at);
 
 -- The last number given where the service gives the ids itself: menu rows that the operator adds, and employees, whose
 -- low byte must be a character that can stand for them.

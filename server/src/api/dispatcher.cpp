@@ -1,9 +1,7 @@
 #include "api/dispatcher.h"
 
-#include <sodium.h>
 #include <spdlog/spdlog.h>
 
-#include <array>
 #include <chrono>
 
 #include "api/second_look.h"
@@ -21,7 +19,8 @@ struct dispatcher::call {
     http::respond answer;
     std::chrono::steady_clock::time_point begun{std::chrono::steady_clock::now()};
     parsed_form form;
-    std::string key; /**< of the repeat gate; writes only */
+    std::string body_hash; /**< writes only, as the next */
+    std::string key;       /**< of the repeat gate */
     int tries{0};
 
     outcome how{outcome::failed};
@@ -43,13 +42,8 @@ struct dispatcher::call {
 namespace {
 
 /** Session, path and body in one key, without keeping a body in memory. */
-std::string repeat_key(const http::request& of) {
-    std::array<unsigned char, crypto_hash_sha256_BYTES> hash;
-    crypto_hash_sha256(hash.data(), reinterpret_cast<const unsigned char*>(of.body.data()), of.body.size());
-    std::string key = of.cookie;
-    key.append("\n").append(of.path).append("\n");
-    key.append(reinterpret_cast<const char*>(hash.data()), hash.size());
-    return key;
+std::string repeat_key(const http::request& of, const std::string& body_hash) {
+    return of.cookie + '\n' + of.path + '\n' + body_hash;
 }
 
 /** A reason may quote what a peer sent: keep it on one line. */
@@ -176,7 +170,8 @@ void dispatcher::run_read(const shared_call& one) {
 }
 
 void dispatcher::enter_write(const shared_call& one) {
-    one->key = repeat_key(one->origin);
+    one->body_hash = domain::body_hash(m_with.options.pepper, one->origin.body);
+    one->key = repeat_key(one->origin, one->body_hash);
     m_gate->enter(one->key,
                   {[this, one] {
                        const auto* hashed = std::get_if<hashed_work>(&one->what->work);
@@ -235,7 +230,7 @@ void dispatcher::run_write(const shared_call& one) {
 void dispatcher::work_once(call& one, store::connection& db) {
     if (!admit(one, db)) return;
     if (const auto known = m_house->unwritten_arrival(one.key)) domain::delivered(db, *one.who, *known);
-    if (auto former = domain::recall(db, *one.who, one.origin.path, one.origin.body, one.now)) {
+    if (auto former = domain::recall(db, *one.who, one.origin.path, one.body_hash, one.now)) {
         one.body = std::move(*former);
         one.how = outcome::replayed;
     } else {
@@ -245,7 +240,7 @@ void dispatcher::work_once(call& one, store::connection& db) {
         one.how = outcome::answered;
     }
     // A repeated answer is kept anew, so that its own arrival can be noted.
-    one.record = domain::remember(db, *one.who, one.origin.path, one.origin.body, one.body, one.now);
+    one.record = domain::remember(db, *one.who, one.origin.path, one.body_hash, one.body, one.now);
 }
 
 void dispatcher::settle(call& one, std::exception_ptr failure) {

@@ -38,6 +38,7 @@ public:
                  std::move(clock),
                  later ? std::move(later) : own_timer(),
                  m_hashing.emplace(m_options.hashing_threads, m_options.hashing_limit),
+                 m_pictures.emplace(1, m_options.picture_limit),
                  m_counts} {
         add_version(m_routes, m_with);
         add_login(m_routes, m_with);
@@ -89,7 +90,8 @@ private:
     settings m_options;
     domain::count_cache m_counts;
     std::optional<scheduler> m_timer;
-    std::optional<hashing_queue> m_hashing;
+    std::optional<work_queue> m_hashing;
+    std::optional<work_queue> m_pictures;
     services m_with;
     registry m_routes;
     std::vector<route_info> m_list;

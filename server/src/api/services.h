@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <functional>
 
-#include "api/hashing_queue.h"
 #include "api/scheduler.h"
 #include "api/settings.h"
+#include "api/work_queue.h"
 #include "domain/count_cache.h"
 #include "store/database.h"
 
@@ -20,7 +20,8 @@ struct services {
     const settings& options;
     clock_function clock;
     defer later;
-    hashing_queue& hashing;
+    work_queue& hashing;
+    work_queue& pictures;
     domain::count_cache& counts;
 };
 

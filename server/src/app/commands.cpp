@@ -5,6 +5,7 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "app/folds.h"
 #include "app/logging.h"
 #include "app/password.h"
 #include "app/pepper.h"
@@ -26,7 +27,9 @@ std::unique_ptr<store::database> open_database(const config& chosen) {
     store::options how;
     how.location = chosen.database;
     how.readers = 1;
-    return store::open(how);
+    auto opened = store::open(how);
+    complete_folds(*opened);
+    return opened;
 }
 
 void use_time_zone(const std::string& zone) {
@@ -60,7 +63,6 @@ int init(const config& chosen) {
         domain::hash_password(load_pepper(chosen.pepper_file), domain::md5_hex(password));
     const auto database = open_database(chosen);
     store::write_now(*database, [&](store::connection& with) {
-        if (!domain::no_company(with)) throw std::runtime_error("the database has a company already");
         domain::new_user administrator;
         administrator.company = domain::create_company(with, chosen.company, true, now());
         administrator.username = chosen.user;

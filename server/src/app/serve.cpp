@@ -12,6 +12,7 @@
 
 #include "api/service.h"
 #include "app/commands.h"
+#include "app/folds.h"
 #include "app/pepper.h"
 #include "app/store_metrics.h"
 #include "http/private_file.h"
@@ -60,7 +61,9 @@ std::unique_ptr<store::database> open_database(const config& chosen) {
         doubted = true;
         ::kill(::getpid(), SIGTERM);
     };
-    return store::open(how);
+    auto opened = store::open(how);
+    complete_folds(*opened);
+    return opened;
 }
 
 api::settings service_settings(const config& chosen) {

@@ -42,10 +42,10 @@ std::int64_t create_company(store::connection& with, const std::string& name, bo
     check_required("company name", name, 200);
     check_text("company phone", phone, 200);
     check_text("company address", address, 1000);
-    if (store::company_taken(with, fold(name))) throw refused("company name is taken");
     if (operator_company && store::operator_exists(with)) {
-        throw refused("there is a company that runs the service already");
+        throw refused("the database has a company that runs the service already");
     }
+    if (store::company_taken(with, fold(name))) throw refused("company name is taken");
     const auto id = store::insert_company(with, {name, fold(name), phone, address, operator_company, now});
     store::create_partner_counters(with, id);
     note(with, id, 0, "company_add", id, now);
@@ -97,16 +97,25 @@ void set_password(store::connection& with, const user_key& whom, const std::stri
     note(with, whom.company, 0, "user_password", whom.user, now);
 }
 
-void demand_other_administrator(store::connection& with, const user_key& whom) {
-    store::bump_data_version(with, whom.company);
-    if (known_user(with, whom).type == 1 && store::other_administrators(with, whom.company, whom.user) == 0) {
+void lock_for_adding(store::connection& with, const principal& who) {
+    if (!store::hold_user(with, who.company, who.user)) throw refused("removed meanwhile");
+    store::bump_data_version(with, who.company);
+}
+
+void demand_administrators_beside(store::connection& with, const user_key& whom) {
+    if (store::other_administrators(with, whom.company, whom.user) == 0) {
         throw refused("the last administrator stays");
     }
 }
 
+void demand_other_administrator(store::connection& with, const user_key& whom) {
+    store::bump_data_version(with, whom.company);
+    if (known_user(with, whom).type == 1) demand_administrators_beside(with, whom);
+}
+
 void disable_user(store::connection& with, const user_key& whom, std::int64_t now) {
-    demand_other_administrator(with, whom);
     store::set_user_state(with, whom.company, whom.user, 2);
+    demand_other_administrator(with, whom);
     void_access(with, whom.company, whom.user);
     note(with, whom.company, 0, "user_disable", whom.user, now);
 }

@@ -104,6 +104,11 @@ std::optional<user_key> find_user(store::connection& with, const std::string& us
  * unknown id. */
 void set_password(store::connection& with, const user_key& whom, const std::string& password_hash,
                   std::int64_t now);
+/** For changes that look at other rows of the company before they add one in the user's name: holds the user
+ * and then the company, in this order, until the commit. Refuses a user who was removed meanwhile. */
+void lock_for_adding(store::connection& with, const principal& who);
+/** Refuses when the company has no enabled administrator beside this one. The company is locked by now. */
+void demand_administrators_beside(store::connection& with, const user_key& whom);
 /** Refuses when without this user nobody would be left to administer the company. Changes the company's row
  * first, so that two who take one of the last two administrators each cannot both succeed. */
 void demand_other_administrator(store::connection& with, const user_key& whom);

@@ -45,10 +45,23 @@ void check_folded_texts(store::connection& with, findings& found) {
     });
 }
 
+void check_companies(store::connection& with, findings& found) {
+    store::each_company_name(with, [&](const store::company_name& one) {
+        if (one.folded == fold(one.name)) return;
+        found.push_back({"folded", "company " + std::to_string(one.id) +
+                                       (one.folded.empty() ? " bears the name of an older one"
+                                                           : " cannot be found by its name")});
+    });
+    store::each_headless_company(with, [&](std::int64_t company) {
+        found.push_back(
+            {"administrator", "company " + std::to_string(company) + " has no enabled administrator"});
+    });
+}
+
 void check_references(store::connection& with, findings& found) {
     store::each_orphan(with, [&](const store::orphan& one) {
         found.push_back({"reference", of(one.company, one.table.c_str(), one.id) + " names a row of " +
-                                          one.names + " that is not there or not live"});
+                                          one.names + " that is not there, not live or of the wrong kind"});
     });
 }
 
@@ -87,6 +100,8 @@ void check_menu(store::connection& with, findings& found) {
         if (pages.contains(one.key)) continue;
         found.push_back({"menu", "no row for the page " + std::string(one.key)});
     }
+    for (const auto& [page, right] : missing_rights(with))
+        found.push_back({"menu", "no row for the right " + right + " on the page " + page});
     for (auto& fault : menu_faults(with))
         found.push_back({"menu", std::move(fault)});
     const auto reached = size_of(whole_menu(with));
@@ -99,6 +114,10 @@ void check_ids(store::connection& with, findings& found) {
     store::each_row_with_id(with, g_session_code, [&](const std::string& table) {
         found.push_back(
             {"id", table + " has a row with the id 7, which clients take for the end of a session"});
+    });
+    store::each_late_series(with, [&](const store::late_series& one) {
+        found.push_back({"series", "the series of " + one.name + " stands at " + std::to_string(one.last) +
+                                       ", the id " + std::to_string(one.greatest) + " is given"});
     });
     store::each_employee_id(with, [&](std::int64_t company, std::int64_t id) {
         if (may_name_employee(id)) return;
@@ -114,6 +133,7 @@ std::vector<finding> check(store::connection& with) {
     check_counters(with, found);
     check_list_counters(with, found);
     check_folded_texts(with, found);
+    check_companies(with, found);
     check_references(with, found);
     check_folded(with, found);
     check_menu(with, found);

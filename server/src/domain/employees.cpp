@@ -1,8 +1,10 @@
 #include "domain/employees.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
+#include "domain/accounts.h"
 #include "domain/audit.h"
 #include "domain/fold.h"
 #include "domain/refused.h"
@@ -95,7 +97,10 @@ std::vector<employee_option> list_employee_options(store::connection& with, cons
 }
 
 added add_employee(store::connection& with, const principal& who, const employee& what, std::int64_t now) {
-    store::bump_data_version(with, who.company); // first, as it locks the company
+    lock_for_adding(with, who);
+    if (store::list_counter(with, who.company, store::g_employee_list) >= g_most_employees) {
+        throw refused("the company has as many employees as it may have");
+    }
     employee made = what;
     made.id = 0;
     made.added_at = now;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,6 +7,7 @@
 #include <vector>
 
 #include "domain/listing.h"
+#include "domain/pages.h"
 #include "domain/principal.h"
 #include "store/connection.h"
 #include "store/records/employees.h"
@@ -28,11 +28,11 @@ struct employee_search {
 };
 
 /** Pages whose screens open the picker of employees. */
-inline constexpr std::array<std::string_view, 16> g_employee_picker_pages{
-    "warehouse",        "instore_purchase",       "instore_production",    "instore_sale_return",
-    "instore_other",    "instore_receive_return", "instore_borrow_return", "instore_lend_return",
-    "outstore_receive", "outstore_lend",          "outstore_sale_take",    "outstore_purchase_return",
-    "outstore_other",   "stock_taking",           "stock_allot",           "outstore_borrow_return"};
+inline constexpr auto g_employee_picker_pages =
+    joined(g_document_pages, page_list<3>{"warehouse", "stock_taking", "stock_allot"});
+
+/** A company has so many live employees at most: their options go out in one answer. */
+inline constexpr std::int64_t g_most_employees = 50'000;
 
 employee_page list_employees(store::connection& with, const principal& who, const employee_search& search,
                              const page_wish& wish, count_cache& counts);

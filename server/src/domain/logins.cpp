@@ -47,7 +47,6 @@ login_result accept(store::connection& with, const store::user_record& user, con
     if (store::set_user_login(with, user.company, user.id, user.password_hash, now) == 0) {
         return refuse("changed meanwhile");
     }
-    sweep(with, now, limits);
     login_result result;
     result.accepted = true;
     result.company = user.company;

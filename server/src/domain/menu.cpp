@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <map>
+#include <set>
+#include <span>
 #include <utility>
 
 #include "store/records/menu.h"
@@ -39,6 +41,24 @@ const std::array<page, 26> g_pages{{
 
 namespace {
 
+using right_list = std::span<const std::string_view>;
+// The rights that the service was made with, by kind of page.
+constexpr std::array<std::string_view, 8> g_document_rights{
+    "search", "add", "view", "delete", "print", "detail_add", "detail_delete", "detail_print"};
+constexpr std::array<std::string_view, 4> g_tree_rights{"search", "add_child", "edit", "delete"};
+constexpr std::array<std::string_view, 4> g_list_rights{"search", "add", "edit", "delete"};
+constexpr std::array<std::string_view, 2> g_summary_rights{"search", "print"};
+constexpr std::array<std::string_view, 1> g_search_alone{"search"};
+
+right_list rights_of(std::string_view page) {
+    if (page == "stock_summary") return g_summary_rights;
+    if (page == "stock_detail" || page == "user") return g_search_alone;
+    if (page == "prodcate" || page == "dept") return g_tree_rights;
+    const bool moves =
+        page.starts_with("instore_") || page.starts_with("outstore_") || page.starts_with("stock_");
+    return moves ? right_list(g_document_rights) : right_list(g_list_rights);
+}
+
 using rows_by_parent = std::multimap<std::int64_t, store::menu_record>;
 
 /** Takes the rows that `wanted` lets through; what stands below one that it does not let through goes with
@@ -64,6 +84,34 @@ std::vector<menu_node> tree(store::connection& with,
 }
 
 } // namespace
+
+std::vector<std::pair<std::string, std::string>> missing_rights(store::connection& with) {
+    std::map<std::int64_t, std::string> pages;
+    std::map<std::string, std::set<std::string>, std::less<>> there;
+    std::vector<store::menu_record> rights;
+    store::each_menu_row(with, [&](const store::menu_record& one) {
+        if (one.id > g_last_own_menu_row) return;
+        if (one.real_level == 1) {
+            pages.emplace(one.id, one.action);
+            there[one.action];
+        }
+        if (one.real_level == 2) rights.push_back(one);
+    });
+    for (const auto& one : rights) {
+        const auto page = pages.find(one.parent);
+        if (page != pages.end()) there[page->second].insert(one.action);
+    }
+    std::vector<std::pair<std::string, std::string>> missing;
+    for (const auto& one : g_pages) {
+        const auto found = there.find(one.key);
+        if (found == there.end()) continue;
+        for (const auto right : rights_of(one.key)) {
+            const std::string name(right);
+            if (!found->second.contains(name)) missing.emplace_back(found->first, name);
+        }
+    }
+    return missing;
+}
 
 std::vector<menu_node> whole_menu(store::connection& with) {
     return tree(with, [](const store::menu_record&) { return true; });

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "domain/principal.h"
@@ -19,6 +20,12 @@ struct page {
 
 /** Every page. The rows themselves, with groups and rights, are data in the menu table. */
 extern const std::array<page, 26> g_pages;
+
+/** Ids up to here are of the rows that the service was made with; later ones are given to added rows. */
+inline constexpr std::int64_t g_last_own_menu_row = 100'000;
+/** Rights that the service was made with and that are in the menu no more, as page and right. Pages that are
+ * not there themselves are left out. */
+std::vector<std::pair<std::string, std::string>> missing_rights(store::connection& with);
 
 /** A menu row with the rows below it, in their order. */
 struct menu_node {

@@ -11,8 +11,6 @@
 
 namespace tavrok::domain {
 
-/** Ids up to here are of the rows that the service was made with; later ones are given to added rows. */
-inline constexpr std::int64_t g_last_own_menu_row = 100'000;
 /** So many rows may stand one below the other: what reads the tree goes down it row by row. */
 inline constexpr int g_menu_depth = 12;
 

@@ -39,12 +39,13 @@ std::string hex(const unsigned char* bytes, std::size_t count) {
     return text;
 }
 
-/** What Argon2id gets to see: useless without the pepper, which no copy of the database holds. */
-std::string peppered(std::string_view pepper, std::string_view md5) {
+/** HMAC-SHA-256: useless without the pepper, which no copy of the database holds. */
+std::string peppered(std::string_view pepper, std::string_view text) {
+    ready();
     crypto_auth_hmacsha256_state state;
     std::array<unsigned char, crypto_auth_hmacsha256_BYTES> mac{};
     crypto_auth_hmacsha256_init(&state, reinterpret_cast<const unsigned char*>(pepper.data()), pepper.size());
-    crypto_auth_hmacsha256_update(&state, reinterpret_cast<const unsigned char*>(md5.data()), md5.size());
+    crypto_auth_hmacsha256_update(&state, reinterpret_cast<const unsigned char*>(text.data()), text.size());
     crypto_auth_hmacsha256_final(&state, mac.data());
     return hex(mac.data(), mac.size());
 }
@@ -67,7 +68,6 @@ bool is_password_md5(std::string_view text) {
 }
 
 std::string hash_password(std::string_view pepper, std::string_view md5_hex) {
-    ready();
     const auto secret = peppered(pepper, md5_hex);
     std::array<char, crypto_pwhash_STRBYTES> hash{};
     if (crypto_pwhash_str_alg(hash.data(), secret.data(), secret.size(), g_passes, g_memory,
@@ -78,9 +78,12 @@ std::string hash_password(std::string_view pepper, std::string_view md5_hex) {
 }
 
 bool verify_password(std::string_view pepper, std::string_view md5_hex, const std::string& hash) {
-    ready();
     const auto secret = peppered(pepper, md5_hex);
     return crypto_pwhash_str_verify(hash.c_str(), secret.data(), secret.size()) == 0;
+}
+
+std::string body_hash(std::string_view pepper, std::string_view body) {
+    return peppered(pepper, body);
 }
 
 const std::string& dummy_hash() {

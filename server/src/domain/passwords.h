@@ -18,6 +18,10 @@ std::string hash_password(std::string_view pepper, std::string_view md5_hex);
 /** The slow test of one login. Compares in constant time; false for a hash that is none. */
 bool verify_password(std::string_view pepper, std::string_view md5_hex, const std::string& hash);
 
+/** The form in which the bytes of a request are recognised: HMAC-SHA-256 under the pepper, as they may hold a
+ * password, which a plain hash in the database would give away to whoever tries them all. */
+std::string body_hash(std::string_view pepper, std::string_view body);
+
 /** A hash that no password fits, of the same cost: unknown names take as long as known ones. */
 const std::string& dummy_hash();
 

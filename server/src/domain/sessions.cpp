@@ -98,8 +98,8 @@ void void_access(store::connection& with, std::int64_t company, std::int64_t use
 }
 
 void sweep(store::connection& with, std::int64_t now, const session_limits& limits) {
+    store::delete_old_relogins(with, now); // in the order of void_access()
     store::delete_old_sessions(with, now - limits.total, now - limits.idle);
-    store::delete_old_relogins(with, now);
     store::delete_old_failures(with, now - g_keep_failures);
     store::delete_old_captchas(with, now - g_keep_captchas);
 }

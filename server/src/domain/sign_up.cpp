@@ -6,6 +6,7 @@
 #include "domain/audit.h"
 #include "domain/fold.h"
 #include "domain/refused.h"
+#include "domain/repeat.h"
 #include "domain/sessions.h"
 #include "domain/text_rules.h"
 #include "store/records/captchas.h"
@@ -16,12 +17,11 @@ namespace tavrok::domain {
 
 namespace {
 
-// Without 0 O Q, 1 I L, 2 Z, 5 S, 8 B, 6 G, U V: a person must not have to guess.
-constexpr std::string_view g_letters = "ACDEFHJKMNPRTWXY34679";
+// Without 0 O Q, 1 I L, 2 Z, 5 S, 6 9 G, 8 B, U V: a person must not have to guess.
+constexpr std::string_view g_letters = "ACDEFHJKMNPRTWXY347";
 constexpr std::size_t g_code_length = 5;
 constexpr std::int64_t g_captcha_life = 5 * 60;
 constexpr std::int64_t g_most_attempts = 6;
-constexpr std::int64_t g_repeat_window = 120;
 
 std::string code_hash(const std::string& visitor, std::string_view code) {
     constexpr std::string_view blank = " \t\r\n";
@@ -36,16 +36,20 @@ enum class standing { fits, wrong, signed_up };
 
 standing judge(store::connection& with, const std::string& visitor, const std::string& request,
                const std::string& typed, std::int64_t attempts, std::int64_t now) {
-    const auto seen = store::count_captcha(with, token_hash(visitor), attempts);
+    const auto seen = store::count_captcha(with, token_hash(visitor), request, attempts);
     if (!seen) return standing::wrong;
     if (seen->used_at != 0) {
         const bool again = seen->used_for == request && now - seen->used_at < g_repeat_window;
         return again ? standing::signed_up : standing::wrong;
     }
     // The second stage comes after the hashing: it looks at no time, only whether the picture is the same.
-    const bool alive =
-        attempts == 0 || (now - seen->made_at < g_captcha_life && seen->attempts <= g_most_attempts);
-    return alive && seen->code_hash == code_hash(visitor, typed) ? standing::fits : standing::wrong;
+    // The bytes of a sign-up that has read it are no attempt: they may be the network's repeat.
+    const bool again = !request.empty() && seen->fitted_for == request;
+    const bool alive = attempts == 0 ||
+                       (now - seen->made_at < g_captcha_life && (again || seen->attempts <= g_most_attempts));
+    if (!alive || seen->code_hash != code_hash(visitor, typed)) return standing::wrong;
+    if (attempts != 0 && !again && !request.empty()) store::fit_captcha(with, token_hash(visitor), request);
+    return standing::fits;
 }
 
 sign_up_marks marks_of(store::connection& with, const sign_up_form& form) {

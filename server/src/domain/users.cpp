@@ -12,6 +12,9 @@ namespace tavrok::domain {
 
 namespace {
 
+// A user's row is locked before the company's: who adds something holds his own row by its key and changes
+// the company last.
+
 /** Locks the company's row and looks who asks: he may have been disabled since his session was found. */
 void demand_administrator(store::connection& with, const principal& who) {
     store::bump_data_version(with, who.company);
@@ -37,7 +40,7 @@ void check_change(const user_change& change) {
 }
 
 void change_state(store::connection& with, const principal& who, const store::user_record& user,
-                  std::int64_t state) {
+                  std::int64_t state, std::int64_t now) {
     if (state == user.state) return;
     if (state == 2) {
         if (user.id == who.user) throw refused("nobody disables himself");
@@ -45,6 +48,7 @@ void change_state(store::connection& with, const principal& who, const store::us
     }
     store::set_user_state(with, who.company, user.id, state);
     if (state == 2) void_access(with, who.company, user.id);
+    note(with, who, state == 2 ? "user_disable" : "user_enable", user.id, now);
 }
 
 } // namespace
@@ -82,6 +86,7 @@ added add_user(store::connection& with, const principal& who, new_user user, std
 
 void edit_user(store::connection& with, const principal& who, const user_change& change, std::int64_t now) {
     check_change(change);
+    store::hold_user(with, who.company, change.id);
     demand_administrator(with, who);
     auto user = known(with, who, change.id);
     if (taken(with, who, user_mark::mobile, change.mobile, change.id) ||
@@ -94,7 +99,7 @@ void edit_user(store::connection& with, const principal& who, const user_change&
     user.email = change.email;
     user.email_folded = fold(change.email);
     store::set_user_details(with, user);
-    change_state(with, who, user, change.state);
+    change_state(with, who, user, change.state, now);
     if (!change.password_hash.empty()) {
         store::set_user_hash(with, who.company, change.id, change.password_hash);
         void_access(with, who.company, change.id, change.id == who.user ? who.session : 0);
@@ -104,10 +109,13 @@ void edit_user(store::connection& with, const principal& who, const user_change&
 }
 
 void remove_user(store::connection& with, const principal& who, std::int64_t id, std::int64_t now) {
-    demand_administrator(with, who);
     if (id == who.user) throw refused("nobody removes himself");
-    demand_other_administrator(with, {who.company, id});
-    store::remove_user(with, who.company, id, now);
+    const auto user = known(with, who, id);
+    // Before it is known whether he may go: a refusal takes it back.
+    if (store::remove_user(with, who.company, id, now) == 0) throw refused("removed meanwhile");
+    demand_administrator(with, who);
+    if (user.type == 1) demand_administrators_beside(with, {who.company, id});
+    store::change_list_counter(with, who.company, store::g_user_list, -1);
     void_access(with, who.company, id);
     store::delete_grants(with, who.company, id);
     note(with, who, "user_delete", id, now);

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "domain/accounts.h"
 #include "domain/listing.h"
+#include "domain/pages.h"
 #include "domain/principal.h"
 #include "store/connection.h"
 #include "store/records/users.h"
@@ -38,11 +37,8 @@ struct user_search {
 using user_page = list_page<user>;
 
 /** Pages whose screens open the picker of users: all documents, and the counts and moves of stock. */
-inline constexpr std::array<std::string_view, 15> g_user_picker_pages{
-    "instore_purchase",      "instore_production",  "instore_sale_return", "instore_receive_return",
-    "instore_borrow_return", "instore_lend_return", "instore_other",       "outstore_purchase_return",
-    "outstore_sale_take",    "outstore_receive",    "outstore_lend",       "outstore_borrow_return",
-    "outstore_other",        "stock_taking",        "stock_allot"};
+inline constexpr auto g_user_picker_pages =
+    joined(g_document_pages, page_list<2>{"stock_taking", "stock_allot"});
 
 /** What an administrator changes of an account of his company. Name and type stay as they are. */
 struct user_change {

@@ -1,5 +1,6 @@
 #include "domain/warehouses.h"
 
+#include "domain/accounts.h"
 #include "domain/audit.h"
 #include "domain/employees.h"
 #include "domain/fold.h"
@@ -63,7 +64,10 @@ std::vector<warehouse_option> list_warehouse_options(store::connection& with, co
 
 added add_warehouse(store::connection& with, const principal& who, const warehouse& what,
                     std::string_view keeper, std::int64_t now) {
-    store::bump_data_version(with, who.company); // first, as it locks the company
+    lock_for_adding(with, who);
+    if (store::list_counter(with, who.company, store::g_warehouse_list) >= g_most_warehouses) {
+        throw refused("the company has as many warehouses as it may have");
+    }
     warehouse made = what;
     made.id = 0;
     made.added_at = now;

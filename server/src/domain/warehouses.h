@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "domain/listing.h"
+#include "domain/pages.h"
 #include "domain/principal.h"
 #include "store/connection.h"
 #include "store/records/warehouses.h"
@@ -27,14 +28,12 @@ struct warehouse_search {
 };
 
 /** Pages whose screens show a box of warehouses. */
-inline constexpr std::array<std::string_view, 17> g_warehouse_box_pages{
-    "warehouse",        "instore_purchase",       "instore_production",    "instore_sale_return",
-    "instore_other",    "instore_receive_return", "instore_borrow_return", "instore_lend_return",
-    "outstore_receive", "outstore_lend",          "outstore_sale_take",    "outstore_purchase_return",
-    "outstore_other",   "outstore_borrow_return", "stock_detail",          "stock_taking",
-    "stock_allot"};
+inline constexpr auto g_warehouse_box_pages =
+    joined(g_document_pages, page_list<3>{"stock_detail", "stock_taking", "stock_allot"});
 /** Pages whose screens show it with the stock on hand. */
-inline constexpr std::array<std::string_view, 2> g_warehouse_stock_pages{"warehouse", "stock_allot"};
+inline constexpr page_list<1> g_warehouse_stock_pages{"stock_allot"};
+/** A company has so many live warehouses at most: their box goes out in one answer. */
+inline constexpr std::int64_t g_most_warehouses = 2'000;
 
 warehouse_page list_warehouses(store::connection& with, const principal& who, const warehouse_search& search,
                                const page_wish& wish, count_cache& counts);

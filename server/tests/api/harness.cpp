@@ -12,10 +12,8 @@ namespace tavrok::test {
 
 namespace {
 
-constexpr const char* pepper = "a pepper for tests";
-
 const std::string& stored_password() {
-    static const std::string hash = domain::hash_password(pepper, password_on_the_wire());
+    static const std::string hash = domain::hash_password(harness::pepper, password_on_the_wire());
     return hash;
 }
 

@@ -97,6 +97,7 @@ public:
     hand_timer timer;
     std::unique_ptr<api::service> service;
     static constexpr const char* password = "correct horse";
+    static constexpr const char* pepper = "a pepper for tests";
 
 private:
     void start();

@@ -29,7 +29,7 @@ protected:
         m_figures.emplace(m_routes);
         m_with.emplace(api::services{*world->database, m_options, [this] { return world->now.load(); },
                                      [](std::chrono::milliseconds, std::function<void()>) {},
-                                     m_hashing.emplace(1, 2), m_counts});
+                                     m_hashing.emplace(1, 2), *m_hashing, m_counts});
         m_dispatcher.emplace(*m_with, *m_figures);
     }
     void TearDown() override {
@@ -97,7 +97,7 @@ private:
     std::thread::id m_hashing_thread;
     api::settings m_options;
     domain::count_cache m_counts;
-    std::optional<api::hashing_queue> m_hashing;
+    std::optional<api::work_queue> m_hashing;
     std::optional<api::services> m_with;
     api::registry m_routes;
     std::optional<api::metrics> m_figures;

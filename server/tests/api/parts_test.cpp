@@ -6,10 +6,10 @@
 #include <future>
 
 #include "api/endpoint.h"
-#include "api/hashing_queue.h"
 #include "api/probes.h"
 #include "api/registry.h"
 #include "api/scheduler.h"
+#include "api/work_queue.h"
 
 namespace tavrok::api {
 namespace {
@@ -108,13 +108,13 @@ TEST(session_code, no_failure_form_reads_as_it) {
     }
 }
 
-TEST(hashing_queue, takes_so_many_and_no_more) {
+TEST(work_queue, takes_so_many_and_no_more) {
     std::promise<void> gate;
     auto open = gate.get_future().share();
     std::promise<void> begun;
     std::atomic<int> ran{0};
     {
-        hashing_queue queue(1, 2);
+        work_queue queue(1, 2);
         ASSERT_TRUE(queue.submit([&, open] {
             begun.set_value();
             open.wait();

@@ -23,8 +23,8 @@ bool with_employee_picker(const grant& granted) {
 }
 
 bool with_warehouse_box(const grant& granted) {
-    static const auto pages = on_pages({"warehouse", "stock_detail", "stock_taking", "stock_allot"});
-    return on_documents(granted) || pages(granted);
+    static const auto pages = on_pages({"stock_detail", "stock_taking", "stock_allot"});
+    return granted == grant("warehouse", "search") || on_documents(granted) || pages(granted);
 }
 
 bool hires_or_edits(const grant& granted) {
@@ -87,8 +87,7 @@ std::vector<sample> warehouse_samples(harness& world, const std::string& owner, 
     if (path == "wms_warehouse/get_page")
         return {{"page", "&page_num=1&page_size=20", only("warehouse", "search")}};
     if (path == "wms_warehouse/get_option") return {{"options", "", with_warehouse_box}};
-    if (path == "wms_warehouse/get_option_with_stat")
-        return {{"options", "", on_pages({"warehouse", "stock_allot"})}};
+    if (path == "wms_warehouse/get_option_with_stat") return {{"options", "", on_pages({"stock_allot"})}};
     if (path == "wms_warehouse/do_add")
         return {{"add", "name=n&keeper=" + hire(world, owner) + "&isdefault=0", only("warehouse", "add")}};
     if (path == "wms_warehouse/do_edit")

@@ -204,6 +204,7 @@ TEST_P(user_reg_test, a_full_queue_refuses_pictures_and_sign_ups) {
     visitor = "a cookie";
     api::settings none;
     none.hashing_limit = 0;
+    none.picture_limit = 0;
     world = std::make_unique<harness>(GetParam(), none);
     const auto got = picture();
     EXPECT_EQ(got.body, "");
@@ -213,6 +214,62 @@ TEST_P(user_reg_test, a_full_queue_refuses_pictures_and_sign_ups) {
     EXPECT_EQ(check({}), nothing_taken) << "which needs no hashing";
     EXPECT_EQ(sign_up({}), state(6));
     EXPECT_EQ(number("SELECT count(*) FROM company"), 0);
+}
+
+TEST_P(user_reg_test, pictures_do_not_wait_for_passwords_nor_passwords_for_pictures) {
+    api::settings none;
+    none.hashing_limit = 0;
+    start(none);
+    EXPECT_EQ(picture().content_type, "image/png");
+    EXPECT_NE(picture().body, "");
+    none = {};
+    none.picture_limit = 0;
+    visitor = "a cookie";
+    world = std::make_unique<harness>(GetParam(), none);
+    EXPECT_EQ(picture().body, "");
+    read();
+    EXPECT_EQ(sign_up({}), state(5));
+}
+
+TEST_P(user_reg_test, an_address_gets_twenty_pictures_and_then_one_every_three_seconds) {
+    for (int i = 1; i < 20; ++i) // the first one was shown at the start
+        EXPECT_NE(picture(visitor).body, "") << i;
+    EXPECT_EQ(picture(visitor).body, "");
+    EXPECT_EQ(picture().cookie, "") << "another cookie is no other address";
+    EXPECT_EQ(world->counted("user_reg/captcha_data", "refused"), 2);
+    EXPECT_NE(world->ask({"user_reg/captcha_data", "", "", "192.0.2.10", "GET"}).body, "");
+    world->now += 3;
+    EXPECT_NE(picture(visitor).body, "");
+    EXPECT_EQ(picture(visitor).body, "");
+}
+
+TEST_P(user_reg_test, an_address_gets_thirty_attempts_and_then_one_every_two_seconds) {
+    filled wrong;
+    wrong.captcha = "x";
+    for (int i = 0; i < 15; ++i) {
+        check(wrong);
+        sign_up(wrong);
+    }
+    read();
+    EXPECT_EQ(check({}), no_marks);
+    EXPECT_EQ(sign_up({}), state(6));
+    EXPECT_EQ(number("SELECT attempts FROM captcha"), 0) << "they did not reach the database";
+    EXPECT_EQ(number("SELECT count(*) FROM company"), 0);
+    world->now += 2;
+    EXPECT_EQ(check({}), nothing_taken);
+    EXPECT_EQ(sign_up({}), state(6));
+    world->now += 2;
+    EXPECT_EQ(sign_up({}), state(5));
+}
+
+TEST_P(user_reg_test, the_database_keeps_no_plain_hash_of_a_sign_up) {
+    EXPECT_EQ(sign_up({}), state(5));
+    const auto kept = [&](const std::string& hash) {
+        return number("SELECT count(*) FROM captcha WHERE used_for = '" + hash + "' OR fitted_for = '" +
+                      hash + "'");
+    };
+    EXPECT_EQ(kept(domain::token_hash(filled().body())), 0);
+    EXPECT_EQ(kept(domain::body_hash(harness::pepper, filled().body())), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(engines, user_reg_test, testing::ValuesIn(engines()));

@@ -185,6 +185,21 @@ TEST_P(user_test, two_at_once_are_one) {
     EXPECT_EQ(users(), 2);
 }
 
+TEST_P(user_test, the_database_keeps_no_plain_hash_of_a_body_with_a_password) {
+    const auto body = edition(add("Anna"), password_on_the_wire());
+    EXPECT_EQ(ask("do_edit", body), "1");
+    const auto kept = [&](const std::string& hash) {
+        std::int64_t count = -1;
+        store::read_now(*world->database, [&](store::connection& db) {
+            db.query({"", "SELECT count(*) FROM repeat_record WHERE body_hash = ?"}, {hash},
+                     [&](const store::row& one) { count = one.integer(0); });
+        });
+        return count;
+    };
+    EXPECT_EQ(kept(domain::token_hash(body)), 0);
+    EXPECT_EQ(kept(domain::body_hash(harness::pepper, body)), 1);
+}
+
 INSTANTIATE_TEST_SUITE_P(engines, user_test, testing::ValuesIn(engines()));
 
 } // namespace

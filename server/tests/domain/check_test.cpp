@@ -29,6 +29,7 @@ void fill(test::scene& in) {
         add_employee(with, boss, test::some_employee("Ab-2"), g_now);
         remove_employee(with, boss, add_employee(with, boss, test::some_employee("c"), g_now).id, g_now);
         add_warehouse(with, boss, test::full_warehouse("Ab 仓"), std::to_string(keeper), g_now);
+        with.execute({"", "UPDATE number_series SET last = 2000 WHERE name = 'employee'"}, {});
     });
 }
 

@@ -326,5 +326,18 @@ TEST_P(employees, pages_are_newest_first_and_brought_into_the_range) {
     EXPECT_THROW(in->employees(in->chief, {}, 1, 0), refused);
 }
 
+TEST_P(employees, are_bounded_in_number) {
+    int number = 0;
+    in->hire(in->chief, test::some_employee("L" + std::to_string(number++)));
+    in->write([&](store::connection& with) {
+        with.execute({"", "UPDATE list_counter SET live = ? WHERE list = 'employee'"},
+                     {g_most_employees - 1});
+    });
+    EXPECT_NO_THROW(in->hire(in->chief, test::some_employee("L" + std::to_string(number++))));
+    EXPECT_THROW(in->hire(in->chief, test::some_employee("L" + std::to_string(number++))), refused);
+    EXPECT_EQ(in->number("SELECT count(*) FROM employee"), 2);
+    EXPECT_EQ(in->number("SELECT live FROM list_counter WHERE list = 'employee'"), g_most_employees);
+}
+
 } // namespace
 } // namespace tavrok::domain

@@ -16,9 +16,10 @@ struct met {
 };
 
 /** PostgreSQL only. `first(connection&)` is done and not yet committed when `second(connection&)` begins in a
- * transaction of its own; the first commits once the second waits for one of its locks, or is over. */
-template <typename first_t, typename second_t>
-met interleave(scene& in, const first_t& first, const second_t& second) {
+ * transaction of its own; the first does `last(connection&)` and commits once the second waits for one of its
+ * locks, or is over. */
+template <typename first_t, typename second_t, typename last_t>
+met interleave(scene& in, const first_t& first, const second_t& second, const last_t& last) {
     met result;
     std::atomic<bool> first_done{false};
     std::atomic<bool> second_over{false};
@@ -46,6 +47,7 @@ met interleave(scene& in, const first_t& first, const second_t& second) {
             let_go();
             while (!second_over && !result.waited)
                 with.query(waiting, {}, [&](const store::row&) { result.waited = true; });
+            last(with);
         });
     } catch (...) {
         failed = std::current_exception();
@@ -54,6 +56,11 @@ met interleave(scene& in, const first_t& first, const second_t& second) {
     other.join();
     if (failed) std::rethrow_exception(failed);
     return result;
+}
+
+template <typename first_t, typename second_t>
+met interleave(scene& in, const first_t& first, const second_t& second) {
+    return interleave(in, first, second, [](store::connection&) {});
 }
 
 /** Runs it and tells whether the rules refused it; anything else that it throws goes on. */

@@ -229,5 +229,16 @@ TEST_P(login, failed_relogins_slow_nobody_down) {
     EXPECT_FALSE(find(in, "boss").throttled);
 }
 
+TEST_P(login, leaves_what_is_over_to_the_sweep) {
+    test::scene in(GetParam());
+    in.log_in(in.boss, g_now - 48 * 3600);
+    in.write([&](store::connection& with) {
+        complete_login(with, find_candidate(with, "hand", "p", g_now), true, "p", g_now);
+    });
+    EXPECT_EQ(in.number("SELECT count(*) FROM session"), 2);
+    in.write([&](store::connection& with) { sweep(with, g_now); });
+    EXPECT_EQ(in.number("SELECT count(*) FROM session"), 1);
+}
+
 } // namespace
 } // namespace tavrok::domain

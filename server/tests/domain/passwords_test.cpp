@@ -37,5 +37,12 @@ TEST(passwords, the_dummy_costs_as_much_and_fits_nothing) {
     EXPECT_FALSE(verify_password("", md5_hex(""), dummy_hash()));
 }
 
+TEST(body_hashes, are_worth_nothing_without_the_pepper) {
+    // HMAC-SHA-256 as RFC 4231 has it, second case
+    EXPECT_EQ(body_hash("Jefe", "what do ya want for nothing?"),
+              "5bdcc146bf60754e6a042426089575c75a003f089d2739839dec58b964ec3843");
+    EXPECT_NE(body_hash("a", "body"), body_hash("b", "body"));
+}
+
 } // namespace
 } // namespace tavrok::domain

@@ -1,5 +1,6 @@
 #include "domain/repeat.h"
 
+#include "domain/passwords.h"
 #include "domain/scene.h"
 
 namespace tavrok::domain {
@@ -11,12 +12,14 @@ class repeats : public test::on_engine {
 protected:
     std::optional<std::string> find(test::scene& in, const principal& who, const std::string& body,
                                     std::int64_t now = g_now, const std::string& path = "a/b") {
-        return in.read([&](store::connection& with) { return recall(with, who, path, body, now); });
+        return in.read(
+            [&](store::connection& with) { return recall(with, who, path, body_hash("pepper", body), now); });
     }
     std::int64_t keep(test::scene& in, const principal& who, const std::string& body,
                       const std::string& answer, std::int64_t now = g_now) {
-        return in.write(
-            [&](store::connection& with) { return remember(with, who, "a/b", body, answer, now); });
+        return in.write([&](store::connection& with) {
+            return remember(with, who, "a/b", body_hash("pepper", body), answer, now);
+        });
     }
 };
 ON_EVERY_ENGINE(repeats);

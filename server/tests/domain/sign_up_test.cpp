@@ -168,6 +168,36 @@ TEST_P(sign_up, the_last_attempt_may_be_the_sign_up_itself) {
     EXPECT_EQ(run(some_form()), sign_up_state::done);
 }
 
+TEST_P(sign_up, a_repeat_of_the_sixth_attempt_is_no_seventh) {
+    for (int i = 0; i < 5; ++i)
+        EXPECT_TRUE(question(some_form()).captcha);
+    EXPECT_EQ(begin(some_form()), std::nullopt) << "the sixth";
+    EXPECT_EQ(begin(some_form()), std::nullopt) << "the same once more, while the first hashes";
+    EXPECT_EQ(begin(some_form(), "other bytes"), sign_up_state::captcha_wrong) << "the seventh";
+    EXPECT_EQ(begin(some_form()), std::nullopt) << "what had read it still has";
+    EXPECT_EQ(complete(some_form()), sign_up_state::done);
+    EXPECT_EQ(complete(some_form()), sign_up_state::done);
+    EXPECT_EQ(companies(), 2);
+}
+
+TEST_P(sign_up, equal_wrong_attempts_are_all_counted) {
+    auto wrong = some_form();
+    wrong.captcha = "wrong";
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(begin(wrong), sign_up_state::captcha_wrong);
+    EXPECT_EQ(in->number("SELECT attempts FROM captcha"), 6);
+    EXPECT_EQ(begin(some_form()), sign_up_state::captcha_wrong);
+    EXPECT_FALSE(question(some_form()).captcha);
+}
+
+TEST_P(sign_up, a_new_picture_forgets_what_had_read_the_old_one) {
+    EXPECT_EQ(begin(some_form()), std::nullopt);
+    picture("NEW34");
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(begin(some_form()), sign_up_state::captcha_wrong);
+    EXPECT_EQ(in->number("SELECT attempts FROM captcha"), 6);
+}
+
 TEST_P(sign_up, a_picture_holds_five_minutes_and_for_its_visitor_alone) {
     EXPECT_FALSE(question(some_form(), "another cookie").captcha);
     EXPECT_FALSE(question(some_form(), "").captcha);
@@ -272,6 +302,8 @@ TEST(captcha_code, differs_from_time_to_time) {
     for (int i = 0; i < 100; ++i)
         seen.insert(new_captcha_code());
     EXPECT_GT(seen.size(), 95u);
+    for (const auto& one : seen)
+        EXPECT_EQ(one.find_first_of("0OQ1IL2Z5S69G8BUV"), std::string::npos) << one;
 }
 
 } // namespace

@@ -326,6 +326,24 @@ TEST_P(users, marks_are_taken_in_the_whole_service_case_aside) {
     EXPECT_THROW(has(user_mark::username, "hand", 4711), refused);
 }
 
+TEST_P(users, disabling_and_enabling_are_audited_with_who_did_it) {
+    const auto noted = [&](const std::string& what) {
+        return in->number("SELECT count(*) FROM audit WHERE what = '" + what + "' AND object_id = " +
+                          std::to_string(in->hand.user) + " AND user_id = " + std::to_string(in->boss.user));
+    };
+    auto change = change_of(in->hand.user);
+    edit(change);
+    EXPECT_EQ(noted("user_disable") + noted("user_enable"), 0) << "nothing of the kind was done";
+    change.state = 2;
+    edit(change);
+    edit(change);
+    EXPECT_EQ(noted("user_disable"), 1);
+    change.state = 1;
+    edit(change);
+    edit(change);
+    EXPECT_EQ(noted("user_enable"), 1);
+}
+
 TEST_P(users, check_finds_the_session_of_a_removed_user_and_a_wrong_count) {
     log_in("hand");
     in->write([&](store::connection& with) {

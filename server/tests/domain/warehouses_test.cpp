@@ -268,5 +268,18 @@ TEST_P(warehouses, options_are_all_in_the_order_of_opening) {
     EXPECT_EQ(names, "丙0甲1乙0");
 }
 
+TEST_P(warehouses, are_bounded_in_number) {
+    const auto keeps = std::to_string(in->hire(in->chief, test::some_employee("K")));
+    in->open(in->chief, test::some_warehouse("仓"), keeps);
+    in->write([&](store::connection& with) {
+        with.execute({"", "UPDATE list_counter SET live = ? WHERE list = 'warehouse'"},
+                     {g_most_warehouses - 1});
+    });
+    EXPECT_NO_THROW(in->open(in->chief, test::some_warehouse("仓"), keeps));
+    EXPECT_THROW(in->open(in->chief, test::some_warehouse("仓"), keeps), refused);
+    EXPECT_EQ(in->number("SELECT count(*) FROM warehouse"), 2);
+    EXPECT_EQ(in->number("SELECT live FROM list_counter WHERE list = 'warehouse'"), g_most_warehouses);
+}
+
 } // namespace
 } // namespace tavrok::domain

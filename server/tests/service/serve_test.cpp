@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "domain/accounts.h"
 #include "http/certificate.h"
 #include "running_service.h"
 #include "support/scratch_database.h"
@@ -80,7 +81,7 @@ TEST_P(serve, init_makes_the_account_that_logs_in) {
     EXPECT_NE(told.find("everything holds"), std::string::npos);
     std::string said;
     EXPECT_EQ(command({"init", "--company", "Other", "--user", "other"}, "secret\n", nullptr, &said), 1);
-    EXPECT_NE(said.find("has a company already"), std::string::npos) << said;
+    EXPECT_NE(said.find("has a company that runs the service already"), std::string::npos) << said;
 
     const auto service = start();
     tls_client client(service->port());
@@ -97,6 +98,47 @@ TEST_P(serve, init_makes_the_account_that_logs_in) {
     for (const char* secret : {"5ebe2294ecd0e0f0", "tavrok_session"}) {
         EXPECT_EQ(log.find(secret), std::string::npos) << log;
     }
+}
+
+TEST_P(serve, init_makes_the_operator_also_after_a_customer_has_signed_up) {
+    const auto create = [this](bool operator_company, const std::string& name) {
+        const auto opened = store::open({.location = database()});
+        store::write_now(*opened, [&](store::connection& with) {
+            const auto id = domain::create_company(with, name, operator_company, 1);
+            domain::create_user(with, {id, name, "", "hash", 1, "", ""}, 1);
+        });
+    };
+    create(false, "customer");
+    ASSERT_EQ(command({"demo"}), 1) << "demo data go into an empty database only";
+    ASSERT_EQ(command({"init", "--company", "Works", "--user", "boss"}, "secret\n"), 0);
+    EXPECT_EQ(command({"init", "--company", "Other", "--user", "other"}, "secret\n"), 1);
+    std::string told;
+    EXPECT_EQ(command({"check"}, "", &told), 0) << told;
+}
+
+TEST_P(serve, names_of_old_rows_are_folded_when_the_database_is_opened) {
+    ASSERT_EQ(command({"init", "--company", "Works", "--user", "boss"}, "secret\n"), 0);
+    const auto count = [this](const std::string& what) {
+        const auto opened = store::open({.location = database()});
+        std::int64_t found = -1;
+        store::write_now(*opened, [&](store::connection& with) {
+            with.query({"", "SELECT count(*) FROM company WHERE name_folded = 'works'"}, {},
+                       [&](const store::row& one) { found = one.integer(0); });
+            if (!what.empty()) with.execute({"", what}, {});
+        });
+        return found;
+    };
+    const std::string unfold = "UPDATE company SET name_folded = ''";
+    count(unfold);
+    std::string told;
+    EXPECT_EQ(command({"check"}, "", &told), 0) << told;
+    EXPECT_EQ(count(unfold), 1);
+    EXPECT_EQ(start()->stop(), 0);
+    EXPECT_EQ(count(unfold), 1);
+    EXPECT_EQ(command({"demo"}), 1);
+    EXPECT_EQ(count(unfold), 1);
+    EXPECT_EQ(command({"init", "--company", "Other", "--user", "other"}, "secret\n"), 1);
+    EXPECT_EQ(count({}), 1);
 }
 
 TEST_P(serve, demo_makes_accounts_once) {

@@ -216,5 +216,27 @@ TEST_F(store_postgresql, two_instances_start_at_once_and_are_one_service) {
     }
 }
 
+TEST_F(store_postgresql, an_error_names_the_constraint_and_shows_no_data) {
+    const auto scratch = std::make_unique<scratch_database>("postgresql");
+    define(*scratch, "postgresql",
+           "CREATE TABLE kept (name {text} NOT NULL CONSTRAINT kept_name UNIQUE, "
+           "n {int} NOT NULL CONSTRAINT kept_n CHECK (n < 5))");
+    write(**scratch, "INSERT INTO kept VALUES (?, 1)", {std::string("secret name")});
+    const auto message = [&](const std::string& name, std::int64_t n) {
+        try {
+            write(**scratch, "INSERT INTO kept VALUES (?, ?)", {name, n});
+        } catch (const store::error& failure) {
+            return std::string(failure.what());
+        }
+        return std::string("no error");
+    };
+    for (const auto& [text, constraint] :
+         {std::pair(message("secret name", 1), "kept_name"), {message("secret other", 9), "kept_n"}}) {
+        EXPECT_EQ(text.find("secret"), std::string::npos) << text;
+        EXPECT_NE(text.find(constraint), std::string::npos) << text;
+        EXPECT_NE(text.find("235"), std::string::npos) << text;
+    }
+}
+
 } // namespace
 } // namespace tavrok::test

@@ -2,8 +2,8 @@
 
 #include "api/answers.h"
 #include "api/modules/modules.h"
-#include "api/picker_pages.h"
 #include "domain/money.h"
+#include "domain/pages.h"
 #include "domain/products.h"
 
 namespace tavrok::api {
@@ -79,7 +79,7 @@ void add_product(registry& to, const services& with) {
     constexpr auto any = std::numeric_limits<std::int64_t>::max();
     auto& counts = with.counts;
     auto to_search = only("search");
-    to_search.picker_pages = g_inbound_pages;
+    to_search.picker_pages = domain::g_inbound_pages;
     to.add({.module = "wms_product",
             .action = "get_page",
             // A criterion names no row: one that nobody has finds nothing.

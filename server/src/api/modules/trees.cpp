@@ -2,7 +2,7 @@
 
 #include "api/answers.h"
 #include "api/modules/modules.h"
-#include "api/picker_pages.h"
+#include "domain/pages.h"
 
 namespace tavrok::api {
 
@@ -101,8 +101,8 @@ void add_tree(registry& to, const tree_module& one) {
 void add_trees(registry& to, const services&) {
     const std::vector<key> name_first{text_key("name", presence::always), id_key("id")};
     const std::vector<key> id_first{id_key("id"), text_key("name", presence::always)};
-    add_tree(to,
-             {&store::g_departments, "wms_dept", "get_dept", "dept", g_document_pages, name_first, id_first});
+    add_tree(to, {&store::g_departments, "wms_dept", "get_dept", "dept", domain::g_document_pages, name_first,
+                  id_first});
     add_tree(to, {&store::g_categories, "wms_prodcate", "get_prodcate", "prodcate", g_category_pickers,
                   id_first, name_first});
 }

@@ -1,6 +1,7 @@
 #include <limits>
 #include <memory>
 
+#include "api/brake.h"
 #include "api/captcha_picture.h"
 #include "api/json_writer.h"
 #include "api/modules/modules.h"
@@ -47,7 +48,7 @@ public:
     sign_up_flow(const services& with, request one)
         : m_with(with),
           m_one(std::move(one)),
-          m_request(domain::token_hash(m_one->origin.body)),
+          m_request(domain::body_hash(m_with.options.pepper, m_one->origin.body)),
           m_form(form_of(m_one->values)) {}
 
     void start() {
@@ -129,7 +130,7 @@ void question(const services& with, const request& one) {
 
 /** Draws and keeps a picture. Who has no cookie gets one, which is no session. */
 void show_picture(const services& with, const request& one) {
-    const bool taken = with.hashing.submit([&with, one] {
+    const bool taken = with.pictures.submit([&with, one] {
         try {
             const std::string fresh = one->origin.cookie.empty() ? domain::new_token() : std::string();
             const auto visitor = fresh.empty() ? one->origin.cookie : fresh;
@@ -161,32 +162,43 @@ std::vector<key> form_keys() {
     return keys;
 }
 
+/** Lets `run` go on as long as the address does not come too often, and else gives `refusal`. */
+staged_work braked(const services& with, std::shared_ptr<brake> held, std::string_view refusal,
+                   std::function<void(const request&)> run) {
+    return {[&with, held = std::move(held), refusal, run = std::move(run)](const request& one) {
+        if (held->allow(one->origin.peer, with.clock())) return run(one);
+        one->finish({std::string(refusal), {}, "too many requests from the address"});
+    }};
+}
+
 } // namespace
 
 void add_user_reg(registry& to, const services& with) {
+    const auto pictures = std::make_shared<brake>(20, 3);
+    const auto attempts = std::make_shared<brake>(30, 2);
     to.add({.module = "user_reg",
             .action = "captcha_data",
             .method = "GET",
             .keys = {},
             .answer = form::image,
             .allowed = {.needs = access::who::open},
-            .work = staged_work{[&with](const request& one) { show_picture(with, one); }}});
+            .work = braked(with, pictures, {}, [&with](const request& one) { show_picture(with, one); })});
     to.add({.module = "user_reg",
             .action = "check_reg_exist",
             .keys = form_keys(),
             .answer = form::object,
             .allowed = {.needs = access::who::open},
-            .work = staged_work{[&with](const request& one) { question(with, one); }},
+            .work = braked(with, attempts, g_no_marks, [&with](const request& one) { question(with, one); }),
             .failure = g_no_marks});
-    to.add({.module = "user_reg",
-            .action = "do_reg",
-            .keys = form_keys(),
-            .answer = form::object,
-            .allowed = {.needs = access::who::open},
-            .work = staged_work{[&with](const request& one) {
-                std::make_shared<sign_up_flow>(with, one)->start();
-            }},
-            .failure = g_failed});
+    to.add(
+        {.module = "user_reg",
+         .action = "do_reg",
+         .keys = form_keys(),
+         .answer = form::object,
+         .allowed = {.needs = access::who::open},
+         .work = braked(with, attempts, g_failed,
+                        [&with](const request& one) { std::make_shared<sign_up_flow>(with, one)->start(); }),
+         .failure = g_failed});
 }
 
 } // namespace tavrok::api

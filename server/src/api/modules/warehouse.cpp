@@ -94,14 +94,14 @@ access with_right(std::string_view right) {
     return {.needs = access::who::rights, .any_of = {{g_page, right}}};
 }
 
-access on_pages(std::span<const std::string_view> pages) {
-    return {.needs = access::who::rights, .picker_pages = pages};
-}
-
 } // namespace
 
 void add_warehouse(registry& to, const services& with) {
     auto& counts = with.counts;
+    auto for_boxes = with_right("search");
+    for_boxes.picker_pages = domain::g_warehouse_box_pages;
+    const access for_stock_boxes{.needs = access::who::rights,
+                                 .picker_pages = domain::g_warehouse_stock_pages};
     to.add({.module = "wms_warehouse",
             .action = "get_page",
             .keys = {text_key("name"), text_key("phone"), text_key("keeper"), text_key("mobile"),
@@ -132,14 +132,14 @@ void add_warehouse(registry& to, const services& with) {
             .method = "GET",
             .keys = {},
             .answer = form::array,
-            .allowed = on_pages(domain::g_warehouse_box_pages),
+            .allowed = for_boxes,
             .work = read_work{get_option}});
     to.add({.module = "wms_warehouse",
             .action = "get_option_with_stat",
             .method = "GET",
             .keys = {},
             .answer = form::array,
-            .allowed = on_pages(domain::g_warehouse_stock_pages),
+            .allowed = for_stock_boxes,
             .work = read_work{get_option_with_stat}});
 }
 

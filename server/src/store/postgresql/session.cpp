@@ -133,10 +133,17 @@ void pg_session::fail_link(const std::string& what) {
 }
 
 void pg_session::fail(const pg_result* result) {
-    const char* field = PQresultErrorField(result, PG_DIAG_SQLSTATE);
-    const std::string state = field ? field : "";
+    const auto field = [result](int which) {
+        const char* text = PQresultErrorField(result, which);
+        return std::string(text ? text : "");
+    };
+    const auto state = field(PG_DIAG_SQLSTATE);
     if (ends_connection(state) || PQstatus(m_link) == CONNECTION_BAD) m_usable = false;
-    throw error(classify_postgresql(state), state + " " + PQresultErrorMessage(result));
+    // Not the detail: it shows values of rows, and this goes into the log.
+    auto text = state + " " + field(PG_DIAG_MESSAGE_PRIMARY);
+    const auto constraint = field(PG_DIAG_CONSTRAINT_NAME);
+    if (!constraint.empty()) text += " [" + constraint + "]";
+    throw error(classify_postgresql(state), text);
 }
 
 } // namespace tavrok::store

@@ -9,6 +9,10 @@ const statement g_insert{"company_insert",
                          "VALUES (?, ?, ?, ?, ?, ?) RETURNING id"};
 const statement g_taken{"company_taken",
                         "SELECT id FROM company WHERE name_folded = ? AND name_folded <> ''"};
+const statement g_unfolded{"company_unfolded",
+                           "SELECT id, name FROM company WHERE name_folded = '' ORDER BY id"};
+const statement g_fold{"company_fold",
+                       "UPDATE company SET name_folded = ? WHERE id = ? AND name_folded = ''"};
 const statement g_any{"company_any", "SELECT id FROM company LIMIT 1"};
 const statement g_operator{"company_operator", "SELECT id FROM company WHERE is_operator = 1"};
 const statement g_version{"company_version", "SELECT data_version FROM company WHERE id = ?"};
@@ -29,6 +33,18 @@ bool company_taken(connection& with, const std::string& name_folded) {
     bool taken = false;
     with.query(g_taken, {name_folded}, [&](const row&) { taken = true; });
     return taken;
+}
+
+std::vector<unfolded_company> unfolded_companies(connection& with) {
+    std::vector<unfolded_company> all;
+    with.query(g_unfolded, {}, [&](const row& one) {
+        all.push_back({one.integer(0), std::string(one.text(1))});
+    });
+    return all;
+}
+
+void fold_company_name(connection& with, std::int64_t id, const std::string& folded) {
+    with.execute(g_fold, {folded, id});
 }
 
 bool any_company(connection& with) {

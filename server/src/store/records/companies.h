@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "store/connection.h"
 
@@ -19,6 +20,13 @@ struct company_record {
 
 std::int64_t insert_company(connection& with, const company_record& what);
 bool company_taken(connection& with, const std::string& name_folded);
+/** Companies without a folded name, by id, and giving them one. */
+struct unfolded_company {
+    std::int64_t id;
+    std::string name;
+};
+std::vector<unfolded_company> unfolded_companies(connection& with);
+void fold_company_name(connection& with, std::int64_t id, const std::string& folded);
 bool any_company(connection& with);
 bool operator_exists(connection& with);
 /** The version of the company's data; 0 for an unknown company. */

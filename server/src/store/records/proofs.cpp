@@ -21,6 +21,21 @@ const statement g_users{"proof_users",
                         "SELECT company, id, username, username_folded, email, email_folded FROM app_user "
                         "WHERE removed_at IS NULL ORDER BY company, id"};
 
+const statement g_companies{"proof_companies", "SELECT id, name, name_folded FROM company ORDER BY id"};
+const statement g_headless{
+    "proof_headless",
+    "SELECT c.id FROM company c WHERE NOT EXISTS (SELECT 1 FROM app_user u WHERE u.company = c.id AND "
+    "u.type = 1 AND u.state = 1 AND u.removed_at IS NULL) ORDER BY c.id"};
+
+/** A series that gives the ids of a table. */
+struct numbered_table {
+    const char* series;
+    const char* table;
+};
+
+constexpr auto g_numbered_tables =
+    std::to_array<numbered_table>({{"menu", "menu"}, {"employee", "employee"}});
+
 /** A list whose live rows are counted in list_counter. */
 struct counted_list {
     const char* table;
@@ -74,7 +89,8 @@ constexpr auto g_references = std::to_array<reference>({
     {"repeat_record", "id", "session", "p.company = c.company AND p.id = c.session"},
     {"audit", "id", "company", "p.id = c.company"},
     {"audit", "id", "app_user", "p.company = c.company AND p.id = c.user_id", "c.user_id <> 0"},
-    {"user_grant", "user_id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"user_grant", "user_id", "app_user",
+     "p.company = c.company AND p.id = c.user_id AND p.removed_at IS NULL AND p.type = 2"},
     {"user_grant", "user_id", "menu", "p.id = c.menu_id"},
     {"partner", "id", "company", "p.id = c.company"},
     {"partner", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
@@ -165,6 +181,29 @@ void each_folded_user(connection& with, const std::function<void(const folded_us
         each({one.integer(0), one.integer(1), std::string(one.text(2)), std::string(one.text(3)),
               std::string(one.text(4)), std::string(one.text(5))});
     });
+}
+
+void each_company_name(connection& with, const std::function<void(const company_name&)>& each) {
+    with.query(g_companies, {}, [&](const row& one) {
+        each({one.integer(0), std::string(one.text(1)), std::string(one.text(2))});
+    });
+}
+
+void each_headless_company(connection& with, const std::function<void(std::int64_t company)>& each) {
+    with.query(g_headless, {}, [&](const row& one) { each(one.integer(0)); });
+}
+
+void each_late_series(connection& with, const std::function<void(const late_series&)>& each) {
+    for (const auto& [series, table] : g_numbered_tables) {
+        const statement search{std::string("proof_series_") + series,
+                               std::string("SELECT coalesce((SELECT last FROM number_series WHERE name = ?), "
+                                           "-1), coalesce((SELECT max(id) FROM ") +
+                                   table + "), 0)"};
+        with.query(search, {std::string(series)}, [&, name = series](const row& one) {
+            const late_series found{name, one.integer(0), one.integer(1)};
+            if (found.last < found.greatest) each(found);
+        });
+    }
 }
 
 void each_row_with_id(connection& with, std::int64_t id,

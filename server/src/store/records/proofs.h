@@ -61,6 +61,23 @@ struct folded_user {
 };
 void each_folded_user(connection& with, const std::function<void(const folded_user&)>& each);
 
+/** Every company's name with its folded form. */
+struct company_name {
+    std::int64_t id;
+    std::string name;
+    std::string folded;
+};
+void each_company_name(connection& with, const std::function<void(const company_name&)>& each);
+/** Companies without an enabled administrator. */
+void each_headless_company(connection& with, const std::function<void(std::int64_t company)>& each);
+/** A series that would give an id again: `last` is below the greatest id of its table; -1: there is none. */
+struct late_series {
+    std::string name;
+    std::int64_t last;
+    std::int64_t greatest;
+};
+void each_late_series(connection& with, const std::function<void(const late_series&)>& each);
+
 /** Rows with an id that must never be given, in tables whose ids go out. */
 void each_row_with_id(connection& with, std::int64_t id,
                       const std::function<void(const std::string& table)>& each);

@@ -39,12 +39,21 @@ const statement g_details{
     "WHERE company = ? AND id = ? AND removed_at IS NULL"};
 const statement g_state{"user_state",
                         "UPDATE app_user SET state = ? WHERE company = ? AND id = ? AND removed_at IS NULL"};
+// Changes nothing; what it is for is the lock on the row.
+const statement g_hold{
+    "user_hold", "UPDATE app_user SET state = state WHERE company = ? AND id = ? AND removed_at IS NULL"};
 // No user name begins with a blank, so the one that this leaves is nobody's, and no hash reads '-'.
 const statement g_remove{
     "user_remove",
     "UPDATE app_user SET removed_at = ?, state = 2, username_folded = ' ' || CAST(id AS TEXT), mobile = '', "
     "email = '', email_folded = '', password_hash = '-' "
     "WHERE company = ? AND id = ? AND removed_at IS NULL"};
+const statement g_unfolded{"user_unfolded",
+                           "SELECT company, id, realname FROM app_user WHERE realname_folded = '' AND "
+                           "realname <> '' ORDER BY company, id"};
+const statement g_fold{"user_fold",
+                       "UPDATE app_user SET realname_folded = ? WHERE company = ? AND id = ? AND "
+                       "realname_folded = ''"};
 const statement g_others{
     "user_others",
     "SELECT count(*) FROM app_user WHERE company = ? AND id <> ? AND type = 1 AND state = 1 AND "
@@ -127,10 +136,24 @@ std::int64_t set_user_state(connection& with, std::int64_t company, std::int64_t
     return with.execute(g_state, {state, company, id});
 }
 
+bool hold_user(connection& with, std::int64_t company, std::int64_t id) {
+    return with.execute(g_hold, {company, id}) != 0;
+}
+
 std::int64_t remove_user(connection& with, std::int64_t company, std::int64_t id, std::int64_t now) {
-    const auto changed = with.execute(g_remove, {now, company, id});
-    if (changed != 0) change_list_counter(with, company, g_user_list, -1);
-    return changed;
+    return with.execute(g_remove, {now, company, id});
+}
+
+std::vector<unfolded_user> unfolded_users(connection& with) {
+    std::vector<unfolded_user> all;
+    with.query(g_unfolded, {}, [&](const row& one) {
+        all.push_back({one.integer(0), one.integer(1), std::string(one.text(2))});
+    });
+    return all;
+}
+
+void fold_realname(connection& with, std::int64_t company, std::int64_t id, const std::string& folded) {
+    with.execute(g_fold, {folded, company, id});
 }
 
 std::int64_t other_administrators(connection& with, std::int64_t company, std::int64_t except) {

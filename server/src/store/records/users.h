@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "store/connection.h"
 #include "store/records/listing.h"
@@ -49,9 +50,21 @@ std::int64_t set_user_login(connection& with, std::int64_t company, std::int64_t
 std::int64_t set_user_hash(connection& with, std::int64_t company, std::int64_t id, const std::string& hash);
 std::int64_t set_user_details(connection& with, const user_record& user);
 std::int64_t set_user_state(connection& with, std::int64_t company, std::int64_t id, std::int64_t state);
-/** Takes the user out of the lists. His name, mobile and e-mail are free again and his password is gone; the
- * row with the name as it was stays, since documents go on naming him. */
+/** Keeps the user as he is until the commit; false for an unknown one. Always before the company is locked.
+ */
+bool hold_user(connection& with, std::int64_t company, std::int64_t id);
+/** Takes the user out of the lists, whose counter is the caller's to change. His name, mobile and e-mail are
+ * free again and his password is gone; the row with the name as it was stays, since documents go on naming
+ * him. */
 std::int64_t remove_user(connection& with, std::int64_t company, std::int64_t id, std::int64_t now);
+/** Users whose real name is not folded, removed ones too, and folding it. */
+struct unfolded_user {
+    std::int64_t company;
+    std::int64_t id;
+    std::string realname;
+};
+std::vector<unfolded_user> unfolded_users(connection& with);
+void fold_realname(connection& with, std::int64_t company, std::int64_t id, const std::string& folded);
 /** Enabled administrators of the company beside one user. */
 std::int64_t other_administrators(connection& with, std::int64_t company, std::int64_t except);
 

@@ -1,16 +1,16 @@
-#include "api/hashing_queue.h"
+#include "api/work_queue.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace tavrok::api {
 
-hashing_queue::hashing_queue(unsigned threads, std::size_t limit) : m_limit(limit) {
+work_queue::work_queue(unsigned threads, std::size_t limit) : m_limit(limit) {
     for (unsigned i = 0; i < std::max(threads, 1u); ++i)
         m_threads.emplace_back([this] { run(); });
 }
 
-hashing_queue::~hashing_queue() {
+work_queue::~work_queue() {
     {
         const std::lock_guard lock(m_mutex);
         m_stop = true;
@@ -20,7 +20,7 @@ hashing_queue::~hashing_queue() {
         thread.join();
 }
 
-bool hashing_queue::submit(std::function<void()> task) {
+bool work_queue::submit(std::function<void()> task) {
     {
         const std::lock_guard lock(m_mutex);
         if (m_tasks.size() >= m_limit) return false;
@@ -30,7 +30,7 @@ bool hashing_queue::submit(std::function<void()> task) {
     return true;
 }
 
-void hashing_queue::run() {
+void work_queue::run() {
     std::unique_lock lock(m_mutex);
     while (true) {
         m_wake.wait(lock, [this] { return m_stop || !m_tasks.empty(); });

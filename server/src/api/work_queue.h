@@ -10,14 +10,15 @@
 
 namespace tavrok::api {
 
-/** A bounded queue with threads of its own for password hashing, which is too slow for any other thread. */
-class hashing_queue {
+/** A bounded queue with threads of its own for work that is too slow for any other thread: hashing passwords,
+ * drawing pictures. */
+class work_queue {
 public:
-    hashing_queue(unsigned threads, std::size_t limit);
-    hashing_queue(const hashing_queue&) = delete;
-    hashing_queue& operator=(const hashing_queue&) = delete;
+    work_queue(unsigned threads, std::size_t limit);
+    work_queue(const work_queue&) = delete;
+    work_queue& operator=(const work_queue&) = delete;
     /** Finishes what was accepted. */
-    ~hashing_queue();
+    ~work_queue();
 
     /** False, and `task` is not run, when the queue is full. `task` must not throw. */
     bool submit(std::function<void()> task);
