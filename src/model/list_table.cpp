@@ -34,8 +34,10 @@ namespace {
 
 void set_headers(QTableWidget* table, const std::vector<column>& columns) {
     table->setColumnCount(int(columns.size()));
-    for (int i = 0; i < int(columns.size()); ++i)
-        table->setHorizontalHeaderItem(i, new QTableWidgetItem(columns[size_t(i)].header));
+    for (int i = 0; i < int(columns.size()); ++i) {
+        const QString& header = columns[size_t(i)].header;
+        if (!header.isNull()) table->setHorizontalHeaderItem(i, new QTableWidgetItem(header));
+    }
 }
 
 void append_row(QTableWidget* table, const std::vector<column>& columns, const QJsonObject& record) {
@@ -43,6 +45,7 @@ void append_row(QTableWidget* table, const std::vector<column>& columns, const Q
     table->insertRow(row);
     for (int i = 0; i < int(columns.size()); ++i) {
         const column& c = columns[size_t(i)];
+        if (c.key.isNull()) continue;
         const QString above = cell_text(table, row - 1, i);
         table->setItem(row, i, new QTableWidgetItem(c.read(record.value(c.key), above)));
     }
@@ -51,7 +54,6 @@ void append_row(QTableWidget* table, const std::vector<column>& columns, const Q
 void set_look(QTableWidget* table, const std::vector<column>& columns) {
     QHeaderView* header = table->horizontalHeader();
     header->setSectionResizeMode(QHeaderView::Stretch);
-    table->setContextMenuPolicy(Qt::CustomContextMenu);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->verticalHeader()->setVisible(false);
@@ -73,6 +75,11 @@ QString shown_money(double amount) {
     return QString::number(amount, 'f', 2);
 }
 
+void set_up_columns(QTableWidget* table, const std::vector<column>& columns) {
+    set_headers(table, columns);
+    set_look(table, columns);
+}
+
 void fill_list(QTableWidget* table, const std::vector<column>& columns, const QJsonArray& list) {
     for (int row = table->rowCount() - 1; row >= 0; --row)
         table->removeRow(row);
@@ -80,6 +87,7 @@ void fill_list(QTableWidget* table, const std::vector<column>& columns, const QJ
     for (const QJsonValue& record : list)
         append_row(table, columns, record.toObject());
     set_look(table, columns);
+    table->setContextMenuPolicy(Qt::CustomContextMenu);
 }
 
 void set_cell(QTableWidget* table, int row, int column, const QString& text) {

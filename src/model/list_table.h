@@ -41,14 +41,19 @@ QString shown_money(double amount);
 
 /** One column of a list. Its place in the list's table is the contract for every later read of a row. */
 struct column {
+    /** A null text sets no header. */
     QString header;
-    /** Key of the value in a record of the page. */
+    /** Key of the value in a record of the page; a null text fills no cell. */
     QString key;
     cell_reader read = cell::text;
     bool hidden = false;
     /** Takes the width of its contents; the others share what is left evenly. */
     bool fitted = false;
 };
+
+/** Sets headers, widths and the look of a table that is filled row by row: whole rows are selected, nothing
+ * is edited in place. */
+void set_up_columns(QTableWidget* table, const std::vector<column>& columns);
 
 /** Replaces all rows of `table` with the records of `list`, sets the headers and the look that all lists
  * have. */

@@ -47,6 +47,16 @@ record_column<record> money_column(QString header, QString key, double record::*
             }};
 }
 
+/** Quantity times price, with two decimals. What is taken back is the text, not the product. */
+template <class record>
+record_column<record> product_column(QString header, int record::*amount, double record::*price,
+                                     double record::*total) {
+    const auto shown = [amount, price](const record& r) { return shown_money(r.*amount * r.*price); };
+    return {{header, QString()}, shown, shown, [total](record& r, const QString& text) {
+                r.*total = text.toDouble();
+            }};
+}
+
 /**
  * The word for a code, as `word` gives it (empty for a code without one). It is there to be read by the user:
  * the code itself comes back from a column of its own, mostly a hidden code_column.
@@ -93,6 +103,15 @@ void insert_record(QTableWidget* table, const record_columns<record>& columns, c
     table->insertRow(0);
     for (int i = 0; i < int(columns.size()); ++i)
         set_cell(table, 0, i, columns[size_t(i)].added(added));
+}
+
+/** A record as a new last row. A column that says nothing of added records gets no item. */
+template <class record>
+void append_record(QTableWidget* table, const record_columns<record>& columns, const record& added) {
+    const int row = table->rowCount();
+    table->insertRow(row);
+    for (int i = 0; i < int(columns.size()); ++i)
+        if (columns[size_t(i)].added) set_cell(table, row, i, columns[size_t(i)].added(added));
 }
 
 /** Rewrites the cells `first` to `last` of a row after an edit. */

@@ -5,7 +5,10 @@
 
 #include "model/model_company.h"
 #include "model/model_emp.h"
+#include "model/model_instore.h"
+#include "model/model_outstore.h"
 #include "model/model_product.h"
+#include "model/model_stock_detail.h"
 #include "model/model_user.h"
 #include "model/model_warehouse.h"
 #include "ui_paging.h"
@@ -15,6 +18,10 @@ namespace {
 template <class model>
 model_interface* make(QTableWidget* table) {
     return new model(table);
+}
+
+model_interface* make_stock_detail(QTableWidget* table) {
+    return new model_stock_detail(table, 2);
 }
 
 using maker = model_interface* (*)(QTableWidget*);
@@ -27,6 +34,9 @@ model_interface* make_page_model(const QString& module, QTableWidget* table) {
         {QStringLiteral("emp"), make<model_emp>},
         {QStringLiteral("warehouse"), make<model_warehouse>},
         {QStringLiteral("user"), make<model_user>},
+        {QStringLiteral("instore"), make<model_instore>},
+        {QStringLiteral("outstore"), make<model_outstore>},
+        {QStringLiteral("stock_detail"), make_stock_detail},
     };
     const maker make_model = makers.value(module, nullptr);
     return make_model != nullptr ? make_model(table) : nullptr;

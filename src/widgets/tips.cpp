@@ -14,3 +14,7 @@ void tip_in_list(QTableWidget* table, const QString& text) {
 void tip_select_row(QTableWidget* table) {
     tip_in_list(table, QStringLiteral("请先选中行"));
 }
+
+void tip_whole_text(QTableWidgetItem* item) {
+    item->setToolTip(item->text());
+}

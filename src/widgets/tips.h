@@ -3,6 +3,7 @@
 #include <QString>
 
 class QTableWidget;
+class QTableWidgetItem;
 class QWidget;
 
 /** Shows a tool tip at a point of `widget`: at a field's top left corner for what is wrong with its text. */
@@ -13,3 +14,6 @@ void tip_in_list(QTableWidget* table, const QString& text);
 
 /** Says that a row has to be selected first. */
 void tip_select_row(QTableWidget* table);
+
+/** A cell that is too narrow for its text shows it as its tool tip. */
+void tip_whole_text(QTableWidgetItem* item);

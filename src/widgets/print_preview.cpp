@@ -1,0 +1,18 @@
+#include "widgets/print_preview.h"
+
+#include <QPageSize>
+#include <QPrinter>
+#include <QTextDocument>
+
+void set_up_preview(QPrintPreviewDialog& preview, QPrinter& printer) {
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    preview.resize(170, 221);
+    preview.setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
+                           Qt::WindowCloseButtonHint);
+    preview.setWindowState(Qt::WindowMaximized);
+}
+
+void print_html(QTextDocument& document, QPrinter& printer, const QString& html) {
+    document.setHtml(html);
+    document.print(&printer);
+}
