@@ -82,11 +82,11 @@ void housekeeping::flush() {
     }
     const auto now = m_with.clock();
     m_with.database.write(
-        [what, now](store::connection& db) {
+        [what, now, limits = m_with.options.sessions](store::connection& db) {
             for (const auto& [key, one] : what->arrivals)
                 domain::delivered(db, one.who, one.record);
             for (const auto& [session, who] : what->used)
-                domain::touch(db, who, now);
+                domain::touch(db, who, now, limits);
         },
         [self = shared_from_this(), what](std::exception_ptr failure) {
             self->written(what, failure == nullptr);

@@ -33,7 +33,8 @@ std::int64_t filtered_total(store::connection& with, const store::listing& what,
     std::string criteria = what.name;
     for (const auto& one : filter.criteria) {
         const auto bound = text_of(one.bound);
-        criteria.append(" ").append(one.column).append(std::to_string(bound.size()) + ':').append(bound);
+        criteria.append(" ").append(one.column).append(std::to_string(static_cast<int>(one.how)) + '.');
+        criteria.append(std::to_string(bound.size()) + ':').append(bound);
     }
     // The version is read first: a count that is newer than its version is found out at the next one.
     const auto version = store::data_version(with, filter.company);

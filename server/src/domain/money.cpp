@@ -8,7 +8,7 @@ namespace tavrok::domain {
 
 namespace {
 
-constexpr std::size_t g_longest_whole = 15; // so that the hundredths fit into 64 bits with room to spare
+constexpr std::size_t g_longest_whole = 16; // so that the hundredths fit into 64 bits
 constexpr std::size_t g_decimals = 2;
 
 bool only_digits(std::string_view text) {
@@ -45,6 +45,18 @@ std::string format_money(std::int64_t hundredths) {
         negative ? 0 - static_cast<std::uint64_t>(hundredths) : static_cast<std::uint64_t>(hundredths);
     const auto decimals = std::to_string(size % 100);
     return (negative ? "-" : "") + std::to_string(size / 100) + (decimals.size() < 2 ? ".0" : ".") + decimals;
+}
+
+std::int64_t add_money(std::int64_t left, std::int64_t right) {
+    std::int64_t sum = 0;
+    if (__builtin_add_overflow(left, right, &sum)) throw refused("a sum is out of range");
+    return sum;
+}
+
+bool agrees(std::int64_t sum, std::int64_t told, std::int64_t parts) {
+    constexpr unsigned exact_bits = 50; // of a binary fraction's 53, the last ones are left to the adding up
+    const auto off = sum > told ? sum - told : told - sum;
+    return off < parts + (sum >> exact_bits) * parts;
 }
 
 } // namespace tavrok::domain

@@ -14,4 +14,10 @@ std::int64_t parse_money(std::string_view what, std::string_view text, std::int6
 /** The text with exactly two decimals: "12.50", "-0.05". */
 std::string format_money(std::int64_t hundredths);
 
+/** The sum; refuses one that no 64-bit number holds. */
+std::int64_t add_money(std::int64_t left, std::int64_t right);
+/** Whether a sum of `parts` amounts agrees with what a client made of them in binary fractions: less than one
+ * hundredth off for each part, beside what such a fraction cannot tell of very large sums. */
+bool agrees(std::int64_t sum, std::int64_t told, std::int64_t parts);
+
 } // namespace tavrok::domain

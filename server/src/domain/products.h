@@ -12,6 +12,8 @@ namespace tavrok::domain {
 
 /** The highest price, in hundredths. */
 inline constexpr std::int64_t g_highest_price = 99'999'999'00;
+/** The largest quantity of a line, in whole units. */
+inline constexpr std::int64_t g_highest_amount = 99'999'999;
 
 struct product {
     std::int64_t id{0};

@@ -6,7 +6,9 @@
 #include <array>
 #include <stdexcept>
 
+#include "domain/claims.h"
 #include "store/records/captchas.h"
+#include "store/records/drafts.h"
 #include "store/records/grants.h"
 #include "store/records/login_failures.h"
 #include "store/records/sessions.h"
@@ -18,6 +20,7 @@ namespace {
 constexpr std::int64_t g_touch_after = 60;
 constexpr std::int64_t g_keep_failures = 24 * 3600;
 constexpr std::int64_t g_keep_captchas = 15 * 60;
+constexpr std::int64_t g_keep_drafts = 3600;
 
 void load_grants(store::connection& with, principal& who) {
     store::each_grant(with, who.company, who.user, [&](const store::grant_record& one) {
@@ -80,7 +83,8 @@ bool needs_touch(const principal& who, std::int64_t now) {
     return now - who.last_used > g_touch_after;
 }
 
-void touch(store::connection& with, const principal& who, std::int64_t now) {
+void touch(store::connection& with, const principal& who, std::int64_t now, const session_limits& limits) {
+    if (now - who.last_used > limits.claim) lapse_claims_before_use(with, who, now, limits);
     store::touch_session(with, who.company, who.session, now);
 }
 
@@ -102,6 +106,8 @@ void sweep(store::connection& with, std::int64_t now, const session_limits& limi
     store::delete_old_sessions(with, now - limits.total, now - limits.idle);
     store::delete_old_failures(with, now - g_keep_failures);
     store::delete_old_captchas(with, now - g_keep_captchas);
+    sweep_claims(with, now, limits);
+    store::delete_old_drafts(with, now - g_keep_drafts);
 }
 
 } // namespace tavrok::domain

@@ -14,6 +14,7 @@ struct session_limits {
     std::int64_t idle{8 * 3600};     /**< a session without a request */
     std::int64_t total{24 * 3600};   /**< a session in all */
     std::int64_t relogin{24 * 3600}; /**< a re-login secret */
+    std::int64_t claim{2 * 3600};    /**< claims on stock after the last request of their user */
 };
 
 /** 256 random bits in lower-case hexadecimal: a session token or a re-login secret. */
@@ -31,7 +32,8 @@ std::optional<principal> resume(store::connection& with, const std::string& toke
 /** True when the stored last use is older than 60 s, so that touch() is worth a write. */
 bool needs_touch(const principal& who, std::int64_t now);
 /** Notes a request of the session; never moves the time back. */
-void touch(store::connection& with, const principal& who, std::int64_t now);
+void touch(store::connection& with, const principal& who, std::int64_t now,
+           const session_limits& limits = {});
 
 /** Makes a session for a login from `peer` and gives its token; the database keeps the hash. */
 std::string open_session(store::connection& with, std::int64_t company, std::int64_t user,

@@ -2,6 +2,12 @@
 
 namespace tavrok::store {
 
+value or_null(const std::optional<std::int64_t>& number) {
+    value made;
+    if (number) made.emplace<std::int64_t>(*number);
+    return made;
+}
+
 namespace {
 
 /** Length of the UTF-8 sequence at the start of `text`, 0 when there is none. */

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -13,6 +14,9 @@ namespace tavrok::store {
 
 /** A bound value: null, a 64-bit integer (ids, hundredths, seconds) or UTF-8 text. */
 using value = std::variant<std::nullptr_t, std::int64_t, std::string>;
+
+/** The number, or null where there is none. */
+value or_null(const std::optional<std::int64_t>& number);
 
 /** A named statement with `?` for each bound value. The name keys the prepared-statement cache and the
  * metrics, so two texts never share a name. The same text runs on SQLite and on PostgreSQL. */

@@ -19,12 +19,38 @@ struct condition {
     std::vector<value> bound;
 };
 
+/** How a criterion reads in a statement and in its name. */
+struct match_words {
+    const char* name;
+    const char* sql;
+};
+
+match_words words_of(criterion::match how) {
+    switch (how) {
+        case criterion::match::like:
+            return {"_like_", " LIKE ? ESCAPE '\\'"};
+        case criterion::match::at_least:
+            return {"_from_", " >= ?"};
+        case criterion::match::at_most:
+            return {"_to_", " <= ?"};
+        default:
+            return {"_is_", " = ?"};
+    }
+}
+
+void add(list_filter& filter, const char* column, criterion::match how, std::int64_t bound) {
+    auto& one = filter.criteria.emplace_back();
+    one.column = column;
+    one.how = how;
+    one.bound = bound;
+}
+
 condition condition_of(const listing& what, const list_filter& filter) {
     condition made{"", std::string("company = ? AND ") + what.live, {filter.company}};
     for (const auto& one : filter.criteria) {
-        const bool exact = one.how == criterion::match::equal;
-        made.name.append(exact ? "_is_" : "_like_").append(one.column);
-        made.sql.append(" AND ").append(one.column).append(exact ? " = ?" : " LIKE ? ESCAPE '\\'");
+        const auto words = words_of(one.how);
+        made.name.append(words.name).append(one.column);
+        made.sql.append(" AND ").append(one.column).append(words.sql);
         made.bound.push_back(one.bound);
     }
     return made;
@@ -41,10 +67,15 @@ void like(list_filter& filter, const char* column, const std::string& pattern) {
 }
 
 void equal(list_filter& filter, const char* column, std::int64_t bound) {
-    auto& one = filter.criteria.emplace_back();
-    one.column = column;
-    one.how = criterion::match::equal;
-    one.bound = bound;
+    add(filter, column, criterion::match::equal, bound);
+}
+
+void at_least(list_filter& filter, const char* column, std::int64_t bound) {
+    add(filter, column, criterion::match::at_least, bound);
+}
+
+void at_most(list_filter& filter, const char* column, std::int64_t bound) {
+    add(filter, column, criterion::match::at_most, bound);
 }
 
 void each_listed(connection& with, const listing& what, const list_filter& filter, list_end from,

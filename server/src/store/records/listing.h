@@ -20,7 +20,7 @@ struct listing {
 
 /** What a listed row must fulfil. */
 struct criterion {
-    enum class match { equal, like };
+    enum class match { equal, like, at_least, at_most };
     const char* column{""};
     match how{match::equal};
     value bound{nullptr}; /**< for `like` a pattern over a folded column */
@@ -38,6 +38,9 @@ enum class list_end { newest, oldest };
 void like(list_filter& filter, const char* column, const std::string& pattern);
 /** Adds a criterion. */
 void equal(list_filter& filter, const char* column, std::int64_t bound);
+/** Adds the bounds of a range, both included. */
+void at_least(list_filter& filter, const char* column, std::int64_t bound);
+void at_most(list_filter& filter, const char* column, std::int64_t bound);
 
 /** Rows `offset` to `offset + limit` from that end, and in that direction. */
 void each_listed(connection& with, const listing& what, const list_filter& filter, list_end from,

@@ -2,7 +2,10 @@
 set(WMSD_RECORD_SOURCES
     records/audit.cpp
     records/captchas.cpp
+    records/claims.cpp
     records/companies.cpp
+    records/documents.cpp
+    records/drafts.cpp
     records/employees.cpp
     records/grants.cpp
     records/listing.cpp
@@ -14,6 +17,8 @@ set(WMSD_RECORD_SOURCES
     records/proofs.cpp
     records/repeats.cpp
     records/sessions.cpp
+    records/stock.cpp
     records/trees.cpp
     records/users.cpp
-    records/warehouses.cpp)
+    records/warehouses.cpp
+)

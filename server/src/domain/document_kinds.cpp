@@ -1,0 +1,43 @@
+#include "domain/document_kinds.h"
+
+#include <array>
+#include <string>
+
+#include "domain/refused.h"
+
+namespace tavrok::domain {
+
+namespace {
+
+constexpr std::array<document_kind, 7> g_inbound{{
+    {1, "instore_purchase", "CG", counterparty::supplier},
+    {2, "instore_production", "SC", counterparty::department},
+    {3, "instore_sale_return", "XT", counterparty::client},
+    {4, "instore_receive_return", "LT", counterparty::department},
+    {5, "instore_borrow_return", "JR", counterparty::any_partner},
+    {6, "instore_lend_return", "JH", counterparty::any_partner},
+    {7, "instore_other", "QR", counterparty::none},
+}};
+constexpr std::array<document_kind, 6> g_outbound{{
+    {1, "outstore_purchase_return", "CT", counterparty::supplier},
+    {2, "outstore_sale_take", "XS", counterparty::client},
+    {3, "outstore_receive", "LY", counterparty::department},
+    {4, "outstore_lend", "JC", counterparty::any_partner},
+    {5, "outstore_borrow_return", "HH", counterparty::any_partner},
+    {6, "outstore_other", "QC", counterparty::none},
+}};
+
+template <std::size_t count>
+const document_kind& find(const std::array<document_kind, count>& kinds, std::int64_t type) {
+    for (const auto& one : kinds)
+        if (one.type == type) return one;
+    throw refused("unknown kind of document " + std::to_string(type));
+}
+
+} // namespace
+
+const document_kind& kind_of(store::document_module module, std::int64_t type) {
+    return module == store::document_module::inbound ? find(g_inbound, type) : find(g_outbound, type);
+}
+
+} // namespace tavrok::domain

@@ -1,0 +1,118 @@
+#include "store/records/drafts.h"
+
+namespace tavrok::store {
+
+namespace {
+
+const statement g_insert{
+    "draft_insert",
+    "INSERT INTO draft (company, module, type, user_id, session, opened_at, operater, partner, "
+    "dept, has_dept, remark) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
+const statement g_count{"drafts_of_session", "SELECT count(*) FROM draft WHERE company = ? AND session = ?"};
+const statement g_hold{
+    "draft_hold",
+    "UPDATE draft SET lines = lines WHERE company = ? AND id = ? AND session = ? AND module = ? "
+    "RETURNING type, user_id, opened_at, operater, partner, dept, has_dept, remark, lines"};
+const statement g_count_line{"draft_count_line",
+                             "UPDATE draft SET lines = lines + 1 WHERE company = ? AND id = ?"};
+const statement g_insert_line{
+    "draft_line_insert",
+    "INSERT INTO draft_line (company, draft, product, price, amount, warehouse, place, remark, stock, token) "
+    "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
+const statement g_announce{
+    "draft_line_announce",
+    "UPDATE draft_line SET stocked = 1 WHERE company = ? AND stocked = 0 AND id = (SELECT max(l.id) FROM "
+    "draft d "
+    "JOIN draft_line l ON l.company = d.company AND l.draft = d.id WHERE d.company = ? AND d.session = ? AND "
+    "d.module = 1 AND l.stocked = 0 AND l.product = ? AND l.price = ? AND l.amount = ? AND l.warehouse = ? "
+    "AND "
+    "l.place = ? AND l.remark = ?)"};
+const statement g_lines{"draft_lines",
+                        "SELECT id, product, price, amount, warehouse, place, remark, stock, token, stocked "
+                        "FROM draft_line WHERE company = ? AND draft = ? ORDER BY id"};
+const statement g_delete_line{
+    "draft_line_delete",
+    "DELETE FROM draft_line WHERE company = ? AND id = ? AND draft IN (SELECT d.id FROM "
+    "draft d WHERE d.company = ? AND d.session = ?)"};
+const statement g_delete{"draft_delete", "DELETE FROM draft WHERE company = ? AND id = ?"};
+const statement g_delete_old{"draft_delete_old", "DELETE FROM draft WHERE opened_at <= ?"};
+
+} // namespace
+
+std::int64_t insert_draft(connection& with, std::int64_t company, const draft_record& what) {
+    std::int64_t id = 0;
+    with.query(g_insert,
+               {company, static_cast<std::int64_t>(what.module), what.type, what.user, what.session,
+                what.opened_at, what.operater, or_null(what.partner), what.dept.value_or(0),
+                static_cast<std::int64_t>(what.dept.has_value()), what.remark},
+               [&](const row& one) { id = one.integer(0); });
+    return id;
+}
+
+std::int64_t drafts_of_session(connection& with, std::int64_t company, std::int64_t session) {
+    std::int64_t count = 0;
+    with.query(g_count, {company, session}, [&](const row& one) { count = one.integer(0); });
+    return count;
+}
+
+std::optional<draft_record> hold_draft(connection& with, std::int64_t company, std::int64_t session,
+                                       document_module module, std::int64_t id) {
+    std::optional<draft_record> found;
+    with.query(g_hold, {company, id, session, static_cast<std::int64_t>(module)}, [&](const row& one) {
+        draft_record made;
+        made.id = id;
+        made.module = module;
+        made.session = session;
+        made.type = one.integer(0);
+        made.user = one.integer(1);
+        made.opened_at = one.integer(2);
+        made.operater = one.integer(3);
+        if (!one.null(4)) made.partner = one.integer(4);
+        if (one.integer(6) != 0) made.dept = one.integer(5);
+        made.remark = one.text(7);
+        made.lines = one.integer(8);
+        found = made;
+    });
+    return found;
+}
+
+std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int64_t draft,
+                               const draft_line_record& what) {
+    std::int64_t id = 0;
+    with.query(g_insert_line,
+               {company, draft, what.product, what.price, what.amount, what.warehouse, what.place,
+                what.remark, what.stock, what.token},
+               [&](const row& one) { id = one.integer(0); });
+    with.execute(g_count_line, {company, draft});
+    return id;
+}
+
+bool announce_stock(connection& with, std::int64_t company, std::int64_t session,
+                    const draft_line_record& like) {
+    return with.execute(g_announce, {company, company, session, like.product, like.price, like.amount,
+                                     like.warehouse, like.place, like.remark}) != 0;
+}
+
+std::vector<draft_line_record> draft_lines(connection& with, std::int64_t company, std::int64_t draft) {
+    std::vector<draft_line_record> lines;
+    with.query(g_lines, {company, draft}, [&](const row& one) {
+        lines.push_back({one.integer(0), one.integer(1), one.integer(2), one.integer(3), one.integer(4),
+                         std::string(one.text(5)), std::string(one.text(6)), one.integer(7),
+                         std::string(one.text(8)), one.integer(9) != 0});
+    });
+    return lines;
+}
+
+bool delete_draft_line(connection& with, std::int64_t company, std::int64_t session, std::int64_t line) {
+    return with.execute(g_delete_line, {company, line, company, session}) != 0;
+}
+
+void delete_draft(connection& with, std::int64_t company, std::int64_t id) {
+    with.execute(g_delete, {company, id});
+}
+
+void delete_old_drafts(connection& with, std::int64_t opened) {
+    with.execute(g_delete_old, {opened});
+}
+
+} // namespace tavrok::store

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store/connection.h"
+
+namespace tavrok::store {
+
+/** What a document is about. */
+enum class document_module : std::int64_t { inbound = 1, outbound = 2 };
+
+/** A document that is being written: its header. */
+struct draft_record {
+    std::int64_t id{0};
+    document_module module{document_module::inbound};
+    std::int64_t type{0};
+    std::int64_t user{0};
+    std::int64_t session{0};
+    std::int64_t opened_at{0};
+    std::int64_t operater{0};
+    std::optional<std::int64_t> partner{};
+    std::optional<std::int64_t> dept{}; /**< 0 is the top of the departments' tree */
+    std::string remark{};
+    std::int64_t lines{0};
+};
+
+/** A line of a draft, and of a document as it is made. */
+struct draft_line_record {
+    std::int64_t id{0};
+    std::int64_t product{0};
+    std::int64_t price{0}; /**< in hundredths */
+    std::int64_t amount{0};
+    std::int64_t warehouse{0};
+    std::string place{};
+    std::string remark{};
+    std::int64_t stock{0}; /**< outbound: the row that it takes from */
+    std::string token{};   /**< outbound: the claim that it names, as it came */
+    bool stocked{false};   /**< inbound: its stock was announced */
+};
+
+std::int64_t insert_draft(connection& with, std::int64_t company, const draft_record& what);
+std::int64_t drafts_of_session(connection& with, std::int64_t company, std::int64_t session);
+/** Locks a draft of a session until the transaction ends and reads it; none for one that is unknown, another
+ * session's or another module's. */
+std::optional<draft_record> hold_draft(connection& with, std::int64_t company, std::int64_t session,
+                                       document_module module, std::int64_t id);
+/** Gives the id. The draft is held. */
+std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int64_t draft,
+                               const draft_line_record& what);
+/** Notes that the stock of an inbound line was announced: of the latest one of the session with the same
+ * values whose stock was not. False where there is none. */
+bool announce_stock(connection& with, std::int64_t company, std::int64_t session,
+                    const draft_line_record& like);
+std::vector<draft_line_record> draft_lines(connection& with, std::int64_t company, std::int64_t draft);
+/** Takes a line out of a draft of the session. */
+bool delete_draft_line(connection& with, std::int64_t company, std::int64_t session, std::int64_t line);
+/** With its lines. */
+void delete_draft(connection& with, std::int64_t company, std::int64_t id);
+/** Drafts that were opened at or before that time. */
+void delete_old_drafts(connection& with, std::int64_t opened);
+
+} // namespace tavrok::store
