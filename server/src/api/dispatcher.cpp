@@ -234,10 +234,11 @@ void dispatcher::work_once(call& one, store::connection& db) {
         one.body = std::move(*former);
         one.how = outcome::replayed;
     } else {
-        context with{one.form.values, one.origin, one.now, &db, &*one.who, one.body, one.password_hash};
+        context with{one.form.values, one.origin, one.now,           &db,
+                     &*one.who,       one.body,   one.password_hash, &one.reason};
         const auto* hashed = std::get_if<hashed_work>(&one.what->work);
         hashed != nullptr ? hashed->run(with) : std::get<write_work>(one.what->work).run(with);
-        one.how = outcome::answered;
+        one.how = one.reason.empty() ? outcome::answered : outcome::refused;
     }
     // A repeated answer is kept anew, so that its own arrival can be noted.
     one.record = domain::remember(db, *one.who, one.origin.path, one.body_hash, one.body, one.now);

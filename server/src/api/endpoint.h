@@ -17,8 +17,8 @@
 
 namespace tavrok::api {
 
-/** The forms of an answer; each has a failure form of its own. `id`: the id of a new row as the whole body.
- */
+/** The forms of an answer; each has a failure form of its own. `id`: the id or token of a new row as the
+ * whole body. */
 enum class form { count, result, page, array, object, id, image, none };
 
 /** What a handler works on and writes to. `db` and `who` are null where the endpoint declares no such need.
@@ -32,6 +32,8 @@ struct context {
     std::string& answer;
     /** Of the password that hashed_work found in the form; empty where there was none. */
     std::string_view password_hash{};
+    /** For writes that answer a refusal and keep what they did: why, for the log. */
+    std::string* refusal{nullptr};
 };
 
 struct page_right {

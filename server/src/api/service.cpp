@@ -50,6 +50,9 @@ public:
         add_warehouse(m_routes, m_with);
         add_trees(m_routes, m_with);
         add_product(m_routes, m_with);
+        add_instore(m_routes, m_with);
+        add_outstore(m_routes, m_with);
+        add_stock_detail(m_routes, m_with);
         add_user_reg(m_routes, m_with);
         add_user(m_routes, m_with);
         m_list = list_routes(m_routes);

@@ -28,5 +28,8 @@ inline constexpr page_list<6> g_outbound_pages{"outstore_purchase_return", "outs
                                                "outstore_receive",         "outstore_lend",
                                                "outstore_borrow_return",   "outstore_other"};
 inline constexpr auto g_document_pages = joined(g_inbound_pages, g_outbound_pages);
+/** The pages whose screens open the picker of stock rows. */
+inline constexpr auto g_stock_picker_pages =
+    joined(g_outbound_pages, page_list<2>{"stock_taking", "stock_allot"});
 
 } // namespace tavrok::domain

@@ -28,6 +28,7 @@ using sampler = std::vector<sample> (*)(harness& world, const std::string& owner
 std::vector<sample> company_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> goods_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> menu_samples(harness& world, const std::string& owner, const std::string& path);
+std::vector<sample> document_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> emp_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> warehouse_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> user_samples(harness& world, const std::string& owner, const std::string& path);

@@ -17,6 +17,11 @@ void add_warehouse(registry& to, const services& with);
 /** wms_dept and wms_prodcate. */
 void add_trees(registry& to, const services& with);
 void add_product(registry& to, const services& with);
+/** wms_instore and wms_instore_detail. */
+void add_instore(registry& to, const services& with);
+/** wms_outstore and wms_outstore_detail. */
+void add_outstore(registry& to, const services& with);
+void add_stock_detail(registry& to, const services& with);
 void add_user_reg(registry& to, const services& with);
 void add_user(registry& to, const services& with);
 

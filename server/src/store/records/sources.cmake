@@ -18,6 +18,7 @@ set(WMSD_RECORD_SOURCES
     records/repeats.cpp
     records/sessions.cpp
     records/stock.cpp
+    records/stock_lists.cpp
     records/trees.cpp
     records/users.cpp
     records/warehouses.cpp

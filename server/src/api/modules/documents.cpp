@@ -1,0 +1,283 @@
+#include <limits>
+
+#include "api/answers.h"
+#include "api/modules/document_forms.h"
+#include "api/modules/modules.h"
+#include "domain/documents.h"
+#include "domain/money.h"
+#include "domain/pages.h"
+#include "domain/products.h"
+
+namespace tavrok::api {
+
+namespace {
+
+using domain::document_module;
+
+constexpr auto any = std::numeric_limits<std::int64_t>::max();
+/** Above every sum that 64 bits hold exactly, and above what a line may come to. */
+constexpr std::int64_t most_money = 1'000'000'000'000'000'000;
+
+/** What tells the two modules apart on the wire. */
+struct module_words {
+    document_module which;
+    std::string_view module;                 /**< header, list and closing call */
+    std::string_view detail_module;          /**< lines */
+    std::string_view type_key;               /**< of the list's kind */
+    std::span<const std::string_view> pages; /**< of the kinds in their order */
+};
+
+constexpr module_words inbound{document_module::inbound, "wms_instore", "wms_instore_detail", "instore_type",
+                               domain::g_inbound_pages};
+constexpr module_words outbound{document_module::outbound, "wms_outstore", "wms_outstore_detail",
+                                "outstore_type", domain::g_outbound_pages};
+
+std::string text_of(const std::optional<std::int64_t>& id) {
+    return id ? std::to_string(*id) : std::string();
+}
+
+std::optional<std::int64_t> given_number(const fields& form, std::string_view key) {
+    if (!form.has(key)) return std::nullopt;
+    return form.integer(key);
+}
+
+std::int64_t money_of(const fields& form, std::string_view key, std::int64_t most) {
+    return domain::parse_money(key, form.text(key), most);
+}
+
+void write_document(json_writer& json, const domain::document_record& one) {
+    json.open_object().number_text("id", one.id).text("sn", one.sn);
+    json.text("company", text_of(one.partner)).text("company_name", one.partner_name);
+    json.text("dept", text_of(one.dept)).text("dept_name", one.dept_name);
+    json.number_text("operater", one.operater).text("operater_name", one.operater_name);
+    json.number_text("writer", one.writer).text("writer_name", one.writer_name);
+    json.text("total", domain::format_money(one.total)).text("remark", one.remark);
+    json.number_text("type", one.type).integer("datetime", one.added_at).close_object();
+}
+
+void write_line(json_writer& json, const domain::document_line_record& one, document_module which) {
+    json.open_object().number_text("id", one.id).number_text("main_id", one.document);
+    json.number_text("product", one.product).text("product_name", one.product_name);
+    json.number_text("category", one.category).text("category_name", one.category_name);
+    json.text("price", domain::format_money(one.price)).number_text("amount", one.amount);
+    json.text("total", domain::format_money(one.total)).number_text("warehouse", one.warehouse);
+    json.text("warehouse_name", one.warehouse_name).text("remark", one.remark);
+    json.text("spec", one.spec).text("place", one.place).text("code", one.code);
+    if (which == document_module::outbound) json.number_text("stock_id", one.stock);
+    // A text here: the client reads no number.
+    json.number_text("datetime", one.datetime).close_object();
+}
+
+void get_page(context& request, const module_words& words, domain::count_cache& counts) {
+    const auto& form = request.form;
+    domain::document_search search;
+    search.type = form.integer(words.type_key);
+    search.date_start = given_number(form, "date_start");
+    search.date_end = given_number(form, "date_end");
+    search.sn = form.text("sn");
+    search.partner = given_number(form, "company");
+    search.operater = form.text("operater");
+    search.writer = given_number(form, "writer");
+    search.remark = form.text("remark");
+    search.dept = given_number(form, "dept");
+    write_page(
+        request.answer,
+        domain::list_documents(*request.db, *request.who, words.which, search, page_wish_of(form), counts),
+        write_document);
+}
+
+void get_detail(context& request, document_module which) {
+    const auto lines =
+        domain::lines_of_document(*request.db, *request.who, which, request.form.integer("id"));
+    json_writer json(request.answer);
+    json.open_array();
+    for (const auto& one : lines)
+        write_line(json, one, which);
+    json.close_array();
+}
+
+void do_add(context& request, document_module which) {
+    const auto& form = request.form;
+    domain::document_header header;
+    header.type = form.integer("type");
+    header.operater = form.text("operater");
+    header.writer = form.text("writer");
+    header.partner = given_number(form, "company");
+    header.dept = given_number(form, "dept");
+    header.remark = form.text("remark");
+    write_added(request.answer, domain::open_draft(*request.db, *request.who, which, header, request.now));
+}
+
+void add_line(context& request, document_module which) {
+    const auto& form = request.form;
+    auto line = line_of(form);
+    line.stock = form.integer("stock_id");
+    line.token = form.text("locked_id");
+    domain::add_line(*request.db, *request.who, which, form.integer("main_id"), line);
+    request.answer = "1";
+}
+
+void update_total(context& request, document_module which, const domain::session_limits& limits) {
+    const auto& form = request.form;
+    *request.refusal = domain::close_draft(*request.db, *request.who, which, form.integer("id"),
+                                           money_of(form, "total", most_money), request.now, limits);
+    request.answer = request.refusal->empty() ? "1" : "0";
+}
+
+void do_delete(context& request, document_module which, const domain::session_limits& limits) {
+    domain::remove_document(*request.db, *request.who, which, request.form.integer("id"), request.now,
+                            limits);
+    request.answer = "1";
+}
+
+void delete_line(context& request) {
+    domain::drop_line(*request.db, *request.who, request.form.integer("id"));
+    request.answer = "1";
+}
+
+/** The kind stands in the form: the right counts on its page. */
+access by_kind(const module_words& words, std::string_view key, std::string_view right) {
+    pages_by_value rule{key, right, {}};
+    std::int64_t type = 0;
+    for (const auto page : words.pages)
+        rule.pages.push_back({++type, {page}});
+    return {.needs = access::who::rights, .by_value = std::move(rule)};
+}
+
+std::vector<key> page_keys(const module_words& words) {
+    const auto date = [](std::string_view name) {
+        return integer_key(name, std::numeric_limits<std::int64_t>::min(), any, presence::optional);
+    };
+    const auto id = [](std::string_view name) { return integer_key(name, 0, any, presence::optional); };
+    const auto kind = integer_key(words.type_key, 1, static_cast<std::int64_t>(words.pages.size()));
+    if (words.which == document_module::inbound) {
+        return {date("date_start"), date("date_end"),   text_key("sn"), id("company"), text_key("operater"),
+                id("writer"),       text_key("remark"), id("dept"),     kind,          page_num_key(),
+                page_size_key()};
+    }
+    return {kind,           date("date_start"),   date("date_end"), text_key("sn"),
+            id("company"),  text_key("operater"), id("writer"),     text_key("remark"),
+            page_num_key(), page_size_key()};
+}
+
+/** Inbound headers write what has a value and the department last; outbound ones write every key, and the
+ * department before the remark. */
+std::vector<key> header_keys(const module_words& words) {
+    const auto kind = integer_key("type", 1, static_cast<std::int64_t>(words.pages.size()));
+    if (words.which == document_module::inbound) {
+        return {kind,
+                id_key("company", presence::optional),
+                text_key("operater"),
+                text_key("writer"),
+                text_key("total"),
+                text_key("remark"),
+                id_key("dept", presence::optional, 0)};
+    }
+    return {kind,
+            typed_integer_key("company", 1, any),
+            text_key("operater", presence::always),
+            text_key("writer", presence::always),
+            text_key("total", presence::always),
+            typed_integer_key("dept", 0, any),
+            text_key("remark", presence::always)};
+}
+
+std::vector<key> detail_keys(document_module which) {
+    std::vector<key> keys{id_key("main_id"),
+                          id_key("product"),
+                          text_key("price", presence::always),
+                          integer_key("amount", 0, domain::g_highest_amount),
+                          text_key("total", presence::always),
+                          id_key("warehouse"),
+                          text_key("remark", presence::always)};
+    if (which == document_module::outbound) keys.push_back(id_key("stock_id"));
+    keys.push_back(text_key("place", presence::always));
+    if (which == document_module::outbound) keys.push_back(text_key("locked_id", presence::always));
+    return keys;
+}
+
+void add_headers(registry& to, const services& with, const module_words& words) {
+    auto& counts = with.counts;
+    const auto& limits = with.options.sessions;
+    const auto which = words.which;
+    to.add({.module = words.module,
+            .action = "get_page",
+            .keys = page_keys(words),
+            .answer = form::page,
+            .allowed = by_kind(words, words.type_key, "search"),
+            .work = read_work{[&counts, words](context& request) { get_page(request, words, counts); }}});
+    to.add({.module = words.module,
+            .action = "get_detail",
+            .keys = {id_key("id")},
+            .answer = form::array,
+            .allowed = on_any_page(words.pages, "view"),
+            .work = read_work{[which](context& request) { get_detail(request, which); }}});
+    to.add({.module = words.module,
+            .action = "do_add",
+            .keys = header_keys(words),
+            .answer = form::result,
+            .allowed = by_kind(words, "type", "add"),
+            .work = write_work{[which](context& request) { do_add(request, which); }}});
+    to.add(
+        {.module = words.module,
+         .action = "update_total",
+         .keys = {id_key("id"), text_key("total", presence::always)},
+         .answer = form::count,
+         .allowed = on_any_page(words.pages, "add"),
+         .work = write_work{[which, &limits](context& request) { update_total(request, which, limits); }}});
+    to.add({.module = words.module,
+            .action = "do_delete",
+            .keys = {id_key("id")},
+            .answer = form::count,
+            .allowed = on_any_page(words.pages, "delete"),
+            .work = write_work{[which, &limits](context& request) { do_delete(request, which, limits); }}});
+}
+
+void add_lines(registry& to, const module_words& words) {
+    const auto which = words.which;
+    to.add({.module = words.detail_module,
+            .action = "do_add",
+            .keys = detail_keys(which),
+            .answer = form::count,
+            .allowed = on_any_page(words.pages, "add"),
+            .work = write_work{[which](context& request) { add_line(request, which); }}});
+}
+
+} // namespace
+
+access on_any_page(std::span<const std::string_view> pages, std::string_view right) {
+    access made{.needs = access::who::rights};
+    for (const auto page : pages)
+        made.any_of.push_back({page, right});
+    return made;
+}
+
+domain::document_line line_of(const fields& form) {
+    domain::document_line line;
+    line.product = form.integer("product");
+    line.price = money_of(form, "price", domain::g_highest_price);
+    line.amount = form.integer("amount");
+    line.total = money_of(form, "total", most_money);
+    line.warehouse = form.integer("warehouse");
+    line.place = form.text("place");
+    line.remark = form.text("remark");
+    return line;
+}
+
+void add_instore(registry& to, const services& with) {
+    add_headers(to, with, inbound);
+    add_lines(to, inbound);
+    to.add({.module = "wms_instore_detail",
+            .action = "do_delete",
+            .keys = {id_key("id")},
+            .answer = form::count,
+            .allowed = on_any_page(inbound.pages, "add"),
+            .work = write_work{delete_line}});
+}
+
+void add_outstore(registry& to, const services& with) {
+    add_headers(to, with, outbound);
+    add_lines(to, outbound);
+}
+
+} // namespace tavrok::api

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "store/connection.h"
+#include "store/records/listing.h"
+
+namespace tavrok::store {
+
+/** A stock row with the names that it shows. */
+struct stock_item {
+    std::int64_t id{0};
+    std::int64_t warehouse{0};
+    std::string warehouse_name{};
+    std::string place{};
+    std::int64_t product{0};
+    std::string product_name{};
+    std::int64_t category{0};    /**< 0: at the root of the categories */
+    std::string category_name{}; /**< empty at the root */
+    std::string code{};
+    std::string spec{};
+    std::int64_t price{0};  /**< in hundredths */
+    std::int64_t amount{0}; /**< on hand less what is claimed by quantity */
+    std::int64_t total{0};  /**< in hundredths */
+    std::string remark{};
+    std::int64_t datetime{0}; /**< when it came in, seconds */
+};
+
+/** The list of the rows that have something on hand; a row of it is read by stock_item_of. */
+extern const listing g_stock_list;
+stock_item stock_item_of(const row& one);
+
+} // namespace tavrok::store
