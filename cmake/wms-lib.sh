@@ -7,7 +7,7 @@ packages_build="g++ cmake ninja-build ccache pkg-config ca-certificates
     libspdlog-dev libcli11-dev libgtest-dev libgmock-dev librapidcheck-dev"
 packages_client="qtbase5-dev qtbase5-dev-tools qttranslations5-l10n"
 packages_display="fonts-wqy-microhei fonts-symbola fontconfig"
-packages_tests="clang-format clang-tidy libbenchmark-dev postgresql openssl procps"
+packages_tests="clang-format clang-tidy libbenchmark-dev postgresql openssl procps poppler-utils"
 
 # need SET...: installs the packages of these sets that are not there yet.
 need() {

@@ -9,6 +9,7 @@
 #include "master/tab_emp.h"
 #include "master/tab_product.h"
 #include "master/tab_warehouse.h"
+#include "stock/tab_stock_detail.h"
 
 namespace {
 
@@ -37,6 +38,7 @@ const std::vector<screen_row>& screen_rows() {
         {QStringLiteral("tab_emp"), make_plain<tab_emp>},
         {QStringLiteral("tab_warehouse"), make_plain<tab_warehouse>},
         {QStringLiteral("tab_user"), make_plain<tab_user>},
+        {QStringLiteral("tab_stock_detail"), make_plain<tab_stock_detail>},
     };
     return rows;
 }

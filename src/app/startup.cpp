@@ -19,10 +19,7 @@
 
 namespace {
 
-/** The sheet names a font that only some systems have. Elsewhere the one that Debian brings stands in for it,
- * for Latin letters and digits too, which would else be taken from a wider font. */
 void apply_style_sheet(QApplication& application) {
-    QFont::insertSubstitution(QStringLiteral("Microsoft YaHei"), QStringLiteral("WenQuanYi Micro Hei"));
     QFile file(QStringLiteral(":/qss/white.qss"));
     file.open(QIODevice::ReadOnly);
     // Up to the first NUL byte only.
@@ -59,8 +56,15 @@ int log_in_and_run() {
 
 } // namespace
 
+/** Only some systems have the font that is named. Elsewhere the one that Debian brings stands in for it, for
+ * Latin letters and digits too, which would else be taken from a wider font. */
+void stand_in_for_missing_font() {
+    QFont::insertSubstitution(QStringLiteral("Microsoft YaHei"), QStringLiteral("WenQuanYi Micro Hei"));
+}
+
 int startup(QApplication& application) {
     init_resources();
+    stand_in_for_missing_font();
     apply_style_sheet(application);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/img/tavrok.ico")));
     QTranslator translator;

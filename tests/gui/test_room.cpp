@@ -4,6 +4,7 @@
 #include "access/dlg_menu.h"
 #include "access/dlg_menu_add.h"
 #include "access/dlg_permission.h"
+#include "documents/dlg_search_stock.h"
 #include "gui/list_fixture.h"
 #include "master/dlg_company_add.h"
 #include "master/dlg_dept.h"
@@ -20,6 +21,7 @@
 #include "master/tab_emp.h"
 #include "master/tab_product.h"
 #include "master/tab_warehouse.h"
+#include "stock/tab_stock_detail.h"
 
 // That every part of a screen has the room that it needs with the style sheet that the program has. (The
 // screens of accounts are looked at where they are tested.)
@@ -64,14 +66,17 @@ const made_screen made_screens[] = {
     {"tab_company", make<tab_company, 1>},
     {"tab_emp", make<tab_emp>},
     {"tab_product", make<tab_product>},
-    {"tab_warehouse", make<tab_warehouse>}};
+    {"tab_warehouse", make<tab_warehouse>},
+    {"dlg_search_stock", []() -> QWidget* { return new dlg_search_stock(nullptr, QString()); }},
+    {"tab_stock_detail", make<tab_stock_detail>}};
 
 } // namespace
 
 class room : public list_test, public testing::WithParamInterface<made_screen> {
 protected:
     room() {
-        for (const char* page : {"company_other", "dept", "emp", "prodcate", "product", "warehouse"})
+        for (const char* page :
+             {"company_other", "dept", "emp", "prodcate", "product", "warehouse", "stock_detail"})
             grant(page, {"search", "add", "add_child", "edit", "delete"});
         for (const char* path : {"wms_dept/get_dept", "wms_prodcate/get_prodcate"})
             server.always(path, R"([{"id":"1","name":"甲","child":[{"id":"2","name":"乙"}]}])");

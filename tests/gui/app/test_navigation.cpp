@@ -48,10 +48,10 @@ const expected_row expected_rows[] = {
 };
 
 /** The screens that the client has. */
-const QStringList screens{QStringLiteral("dlg_dept"),     QStringLiteral("dlg_prodcate"),
-                          QStringLiteral("tab_company"),  QStringLiteral("tab_emp"),
-                          QStringLiteral("tab_product"),  QStringLiteral("tab_user"),
-                          QStringLiteral("tab_warehouse")};
+const QStringList screens{QStringLiteral("dlg_dept"),      QStringLiteral("dlg_prodcate"),
+                          QStringLiteral("tab_company"),   QStringLiteral("tab_emp"),
+                          QStringLiteral("tab_product"),   QStringLiteral("tab_user"),
+                          QStringLiteral("tab_warehouse"), QStringLiteral("tab_stock_detail")};
 
 class navigation_test : public app_test {
 protected:
