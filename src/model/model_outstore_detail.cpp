@@ -14,6 +14,21 @@ record_column<record> later(record_column<record> c) {
 
 } // namespace
 
+void model_outstore_detail::do_add(struct_outstore_detail detail) {
+    args.clear();
+    append(args, "main_id=", detail.main_id);
+    append(args, "&product=", detail.product);
+    append(args, "&price=", shown_money(detail.price));
+    append(args, "&amount=", detail.amount);
+    append(args, "&total=", shown_money(detail.total));
+    append(args, "&warehouse=", detail.warehouse);
+    append(args, "&remark=", detail.remark);
+    append(args, "&stock_id=", detail.stock_id);
+    append(args, "&place=", detail.place);
+    append(args, "&locked_id=", detail.locked_id);
+    g_http.post(QStringLiteral("wms_outstore_detail/do_add"), args);
+}
+
 const record_columns<struct_outstore_detail>& model_outstore_detail::columns() {
     using d = struct_outstore_detail;
     static const record_columns<d> table = {
@@ -37,19 +52,4 @@ const record_columns<struct_outstore_detail>& model_outstore_detail::columns() {
         hidden(later(text_column(QStringLiteral("locked_id"), QString(), &d::locked_id))),
     };
     return table;
-}
-
-void model_outstore_detail::do_add(struct_outstore_detail detail) {
-    args.clear();
-    append(args, "main_id=", detail.main_id);
-    append(args, "&product=", detail.product);
-    append(args, "&price=", shown_money(detail.price));
-    append(args, "&amount=", detail.amount);
-    append(args, "&total=", shown_money(detail.total));
-    append(args, "&warehouse=", detail.warehouse);
-    append(args, "&remark=", detail.remark);
-    append(args, "&stock_id=", detail.stock_id);
-    append(args, "&place=", detail.place);
-    append(args, "&locked_id=", detail.locked_id);
-    g_http.post(QStringLiteral("wms_outstore_detail/do_add"), args);
 }

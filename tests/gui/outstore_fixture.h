@@ -1,0 +1,101 @@
+#pragma once
+#include <QContextMenuEvent>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextEdit>
+
+#include "documents/dlg_outstore_add.h"
+#include "documents/dlg_outstore_detail_add.h"
+#include "documents/dlg_search_stock.h"
+#include "gui/list_fixture.h"
+#include "gui/outstore_samples.h"
+#include "model/model_outstore_detail.h"
+
+/**
+ * Outbound documents against a scripted service. Stock row n has the id n, the product pn with the name
+ * "货n", costs n and a half and has n times 10 units; it lies at place An of the warehouse wn. Claims get the
+ * ids C1, C2 and so on.
+ */
+class outstore_test : public list_test, protected outstore_records {
+protected:
+    outstore_test() {
+        server.always("wms_warehouse/get_option", "[]");
+        server.always("wms_warehouse/get_option_with_stat", "[]");
+        server.always("wms_stock_detail/get_page", page_body({}));
+        server.always("wms_stock_detail/lock_stock", [this](const recorded_request&) {
+            return scripted_answer("C" + QByteArray::number(++claims));
+        });
+        server.always("wms_stock_detail/unlock_stock", "1");
+        server.always("wms_outstore/do_add", R"({"http_state":1,"insert_id":"77"})");
+        server.always("wms_outstore/update_total", "1");
+        g_http.current_user.id = QStringLiteral("9");
+        g_http.current_user.realname = QStringLiteral("王");
+    }
+    ~outstore_test() override { g_http.current_user = struct_user(); }
+
+    void open(int mode, int type = 6) {
+        dialog = std::make_unique<dlg_outstore_add>(nullptr, mode, type);
+        listed = std::make_unique<QSignalSpy>(dialog.get(), &dlg_outstore_add::signal_outstore_get_list);
+        dialog->show();
+        table = child<QTableWidget>(dialog.get(), "tablewidget");
+    }
+
+    QLineEdit* field(const char* name) { return child<QLineEdit>(dialog.get(), name); }
+
+    /** Picks the operator 3 and, as far as the kind has one, the partner 4. */
+    void pick_people(const outbound_sample& kind) {
+        struct_emp operater;
+        operater.id = QStringLiteral("3");
+        operater.name = QStringLiteral("员工");
+        dialog->slot_emp_selected(operater);
+        if (QLatin1String(kind.partner) == QLatin1String("company")) {
+            struct_company company;
+            company.id = QStringLiteral("4");
+            company.name = QStringLiteral("单位");
+            dialog->slot_company_selected(company);
+        } else if (QLatin1String(kind.partner) == QLatin1String("dept")) {
+            dialog->slot_dept_selected(dept());
+        }
+    }
+    void pick_operater() { pick_people(outbound_samples[5]); }
+
+    /** Writes a line with the line dialog: so many units of a stock row. */
+    void add_line(const struct_stock& row, int amount) {
+        with_modal_of<dlg_outstore_detail_add>([this] { click(dialog.get(), "btn_add"); },
+                                               [&](dlg_outstore_detail_add* line) {
+                                                   line->slot_stock_selected(row);
+                                                   type_into(line, "txt_amount", QString::number(amount));
+                                                   click(line, "btn_save");
+                                               });
+    }
+    void add_line(int n, int amount) { add_line(stock(n), amount); }
+
+    /** What went over the wire, but for what pickers ask when they open. */
+    QStringList wire() const {
+        QStringList calls;
+        for (const auto& request : server.requests())
+            if (!request.path.startsWith("wms_warehouse/") && request.path != "wms_stock_detail/get_page")
+                calls.append(QString::fromUtf8(request.path + ' ' + request.body));
+        return calls;
+    }
+
+    static QStringList words(std::initializer_list<const char*> texts) {
+        QStringList result;
+        for (const char* text : texts)
+            result.append(QString::fromUtf8(text));
+        return result;
+    }
+
+    int claims = 0;
+    std::unique_ptr<dlg_outstore_add> dialog;
+    std::unique_ptr<QSignalSpy> listed;
+    QTableWidget* table = nullptr;
+};
+
+/** The same for each kind. */
+class outstore_kind : public outstore_test, public testing::WithParamInterface<outbound_sample> {
+protected:
+    bool uses(const char* partner) const {
+        return QLatin1String(GetParam().partner) == QLatin1String(partner);
+    }
+};
