@@ -1,5 +1,7 @@
 #include "api/documents_world.h"
 
+#include <atomic>
+
 namespace tavrok::test {
 
 documents_world::documents_world(harness& world, std::string session)
@@ -12,9 +14,10 @@ documents_world::documents_world(harness& world, std::string session)
     client = partner(2);
     other = partner(3);
     department = added("wms_dept/do_add", "name=车间&parent=0");
-    employee = added("wms_emp/do_add",
-                     "name=经手&jobnum=1&mobile=15400005001&address=街&idnum=99011719900307101X&remark=&"
-                     "isdefault=2&dimission=2");
+    // Job numbers are unique in a company, which may have several of these.
+    static std::atomic<int> number{0};
+    employee = added("wms_emp/do_add", "name=经手&jobnum=" + std::to_string(++number) +
+                                           "&mobile=&address=街&idnum=&remark=&isdefault=2&dimission=2");
     product = added("wms_product/do_add", "name=螺栓&code=B-8&spec=M8&category=0&price=2.50");
     warehouse = added("wms_warehouse/do_add", "name=主仓&keeper=" + employee + "&isdefault=0");
 }
