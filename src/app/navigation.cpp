@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "access/tab_user.h"
+#include "documents/tab_instore.h"
+#include "documents/tab_outstore.h"
 #include "master/dlg_dept.h"
 #include "master/dlg_prodcate.h"
 #include "master/tab_company.h"
@@ -39,6 +41,8 @@ const std::vector<screen_row>& screen_rows() {
         {QStringLiteral("tab_warehouse"), make_plain<tab_warehouse>},
         {QStringLiteral("tab_user"), make_plain<tab_user>},
         {QStringLiteral("tab_stock_detail"), make_plain<tab_stock_detail>},
+        {QStringLiteral("tab_instore"), make_with_kind<tab_instore>},
+        {QStringLiteral("tab_outstore"), make_with_kind<tab_outstore>},
     };
     return rows;
 }

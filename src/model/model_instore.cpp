@@ -5,6 +5,7 @@
 
 #include "model/answers.h"
 #include "model/document_kinds.h"
+#include "model/document_lines.h"
 #include "model/form_body.h"
 #include "model/list_table.h"
 #include "model/page_answer.h"
@@ -47,28 +48,6 @@ QString print_page(const QTableWidget* table, const document_kind& kind) {
            print_rows(table, {1, 5, 6, 7, 8, 9, 10}) + print_list_end();
 }
 
-struct_instore_detail line_of(const QJsonObject& from) {
-    const auto text = [&from](const char* key) { return from.value(QLatin1String(key)).toString(); };
-    struct_instore_detail line;
-    line.id = text("id");
-    line.main_id = text("main_id");
-    line.product = text("product");
-    line.product_name = text("product_name");
-    line.category_name = text("category_name");
-    line.category = text("category");
-    line.price = from.value(QLatin1String("price")).toVariant().toDouble();
-    line.amount = text("amount").toInt();
-    line.total = text("total").toDouble();
-    line.warehouse_name = text("warehouse_name");
-    line.warehouse = text("warehouse");
-    line.remark = text("remark");
-    line.datetime = text("datetime").toInt();
-    line.spec = text("spec");
-    line.place = text("place");
-    line.code = text("code");
-    return line;
-}
-
 } // namespace
 
 QString model_instore::search_args(const struct_instore& search) {
@@ -101,13 +80,7 @@ QHash<QString, QVariant> model_instore::get_page(QString search, int page_num, i
 }
 
 QList<struct_instore_detail> model_instore::get_detail(QString id) {
-    args.clear();
-    append(args, "id=", id);
-    QList<struct_instore_detail> lines;
-    const QJsonArray answer = g_http.post_array(QStringLiteral("wms_instore/get_detail"), args);
-    for (const QJsonValue& line : answer)
-        lines.append(line_of(line.toObject()));
-    return lines;
+    return load_lines(QStringLiteral("wms_instore/get_detail"), id, line_from<struct_instore_detail>);
 }
 
 bool model_instore::do_delete(QString id) {

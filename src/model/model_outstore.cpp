@@ -5,6 +5,7 @@
 
 #include "model/answers.h"
 #include "model/document_kinds.h"
+#include "model/document_lines.h"
 #include "model/form_body.h"
 #include "model/list_table.h"
 #include "model/page_answer.h"
@@ -51,25 +52,8 @@ QString print_page(const QTableWidget* table, const document_kind& kind) {
 }
 
 struct_outstore_detail line_of(const QJsonObject& from) {
-    const auto text = [&from](const char* key) { return from.value(QLatin1String(key)).toString(); };
-    struct_outstore_detail line;
-    line.id = text("id");
-    line.main_id = text("main_id");
-    line.product = text("product");
-    line.product_name = text("product_name");
-    line.category_name = text("category_name");
-    line.category = text("category");
-    line.price = from.value(QLatin1String("price")).toVariant().toDouble();
-    line.amount = text("amount").toInt();
-    line.total = text("total").toDouble();
-    line.remark = text("remark");
-    line.datetime = text("datetime").toInt();
-    line.warehouse = text("warehouse");
-    line.warehouse_name = text("warehouse_name");
-    line.stock_id = text("stock_id");
-    line.code = text("code");
-    line.spec = text("spec");
-    line.place = text("place");
+    auto line = line_from<struct_outstore_detail>(from);
+    line.stock_id = from.value(QLatin1String("stock_id")).toString();
     return line;
 }
 
@@ -91,6 +75,8 @@ QString model_outstore::search_args(const struct_outstore& search) {
 
 model_outstore::model_outstore(QTableWidget* table_to_fill) : model_outstore(table_to_fill, 0) {}
 
+model_outstore::model_outstore(int kind) : type(kind) {}
+
 model_outstore::model_outstore(QTableWidget* table_to_fill, int kind) : table(table_to_fill), type(kind) {}
 
 QHash<QString, QVariant> model_outstore::get_page(QString search, int page_num, int page_size) {
@@ -103,13 +89,7 @@ QHash<QString, QVariant> model_outstore::get_page(QString search, int page_num, 
 }
 
 QList<struct_outstore_detail> model_outstore::get_detail(QString id) {
-    args.clear();
-    append(args, "id=", id);
-    QList<struct_outstore_detail> lines;
-    const QJsonArray answer = g_http.post_array(QStringLiteral("wms_outstore/get_detail"), args);
-    for (const QJsonValue& line : answer)
-        lines.append(line_of(line.toObject()));
-    return lines;
+    return load_lines(QStringLiteral("wms_outstore/get_detail"), id, line_of);
 }
 
 bool model_outstore::do_delete(QString id) {

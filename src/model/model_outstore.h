@@ -19,6 +19,7 @@ class model_outstore : public QObject, public model_interface {
 public:
     model_outstore() = default;
     explicit model_outstore(QTableWidget* table);
+    explicit model_outstore(int type);
     model_outstore(QTableWidget* table, int type);
 
     /** The kind is taken from the arguments. `html` of the answer is the page as it is printed. */

@@ -14,8 +14,11 @@ int seconds_of(const QDateEdit* day, const QString& time) {
 } // namespace
 
 void set_up_date_range(QDateEdit* start, QDateEdit* end) {
-    start->setCalendarPopup(true);
-    end->setCalendarPopup(true);
+    for (QDateEdit* day : {start, end}) {
+        day->setCalendarPopup(true);
+        // As lists show their times, whatever the user's locale.
+        day->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+    }
     const QDate today = QDate::currentDate();
     start->setDate(QDate(today.year(), 1, 1));
     end->setDate(today);

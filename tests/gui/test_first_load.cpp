@@ -3,6 +3,8 @@
 #include <memory>
 
 #include "access/tab_user.h"
+#include "documents/tab_instore.h"
+#include "documents/tab_outstore.h"
 #include "master/dlg_dept.h"
 #include "master/dlg_prodcate.h"
 #include "master/tab_company.h"
@@ -107,6 +109,30 @@ TEST_P(first_load, belongs_to_a_screen_whose_signal_to_view_is_connected_to_noth
     EXPECT_EQ(declared, GetParam().declares_view);
     EXPECT_EQ(connections_of(screen.get(), SIGNAL(signal_enable_view(bool))), 0);
     EXPECT_GT(connections_of(screen.get(), SIGNAL(signal_enable_add(bool))), 0);
+}
+
+class first_load_of_documents : public heard_screen {};
+
+TEST_F(first_load_of_documents, comes_before_the_signals_and_add_before_view) {
+    const struct {
+        const char* name;
+        const char* page;
+        const char* load;
+        QWidget* (*make)();
+    } screens[] = {{"tab_instore", "instore_other", "wms_instore/get_page",
+                    []() -> QWidget* { return new tab_instore(nullptr, 7); }},
+                   {"tab_outstore", "outstore_receive", "wms_outstore/get_page",
+                    []() -> QWidget* { return new tab_outstore(nullptr, 3); }}};
+    QStringList expected;
+    for (const auto& row : screens) {
+        grant(row.page, {"search", "view", "print"});
+        loads = 0;
+        listen(row.name, row.load, [](QWidget*) {});
+        const std::unique_ptr<QWidget> screen(row.make());
+        EXPECT_EQ(loads, 1) << row.name;
+        expected += lines({"search on", "add off", "view on", "delete off", "print on"});
+        EXPECT_EQ(log.lines(), expected) << row.name;
+    }
 }
 
 class first_load_of_accounts : public heard_screen {

@@ -5,6 +5,8 @@
 #include "access/dlg_menu_add.h"
 #include "access/dlg_permission.h"
 #include "documents/dlg_search_stock.h"
+#include "documents/tab_instore.h"
+#include "documents/tab_outstore.h"
 #include "gui/list_fixture.h"
 #include "master/dlg_company_add.h"
 #include "master/dlg_dept.h"
@@ -65,6 +67,8 @@ const made_screen made_screens[] = {
     {"dlg_warehouse_add", make<dlg_warehouse_add, 0>},
     {"tab_company", make<tab_company, 1>},
     {"tab_emp", make<tab_emp>},
+    {"tab_instore", make<tab_instore, 5>},
+    {"tab_outstore", make<tab_outstore, 4>},
     {"tab_product", make<tab_product>},
     {"tab_warehouse", make<tab_warehouse>},
     {"dlg_search_stock", []() -> QWidget* { return new dlg_search_stock(nullptr, QString()); }},
@@ -75,9 +79,9 @@ const made_screen made_screens[] = {
 class room : public list_test, public testing::WithParamInterface<made_screen> {
 protected:
     room() {
-        for (const char* page :
-             {"company_other", "dept", "emp", "prodcate", "product", "warehouse", "stock_detail"})
-            grant(page, {"search", "add", "add_child", "edit", "delete"});
+        for (const char* page : {"company_other", "dept", "emp", "prodcate", "product", "warehouse",
+                                 "stock_detail", "instore_borrow_return", "outstore_lend"})
+            grant(page, {"search", "add", "add_child", "edit", "delete", "view", "print"});
         for (const char* path : {"wms_dept/get_dept", "wms_prodcate/get_prodcate"})
             server.always(path, R"([{"id":"1","name":"甲","child":[{"id":"2","name":"乙"}]}])");
         for (const char* path : {"wms_menu/get_menu", "wms_permission/get_permission"})

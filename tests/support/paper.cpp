@@ -2,10 +2,13 @@
 
 #include <QColor>
 #include <QDir>
+#include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <stdexcept>
+
+#include "support/modal.h"
 
 namespace {
 
@@ -67,4 +70,14 @@ int dots_of(const QImage& picture, const QColor& colour) {
         for (int x = 0; x < picture.width(); ++x)
             if (picture.pixel(x, y) == colour.rgb()) ++count;
     return count;
+}
+
+void with_preview(const std::function<void()>& act, const std::function<void(QPrintPreviewDialog*)>& look,
+                  const QString& file) {
+    with_modal_of<QPrintPreviewDialog>(act, [&](QPrintPreviewDialog* preview) {
+        look(preview);
+        preview->printer()->setOutputFormat(QPrinter::PdfFormat);
+        preview->printer()->setOutputFileName(file);
+        preview->reject();
+    });
 }

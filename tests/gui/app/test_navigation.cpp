@@ -48,10 +48,11 @@ const expected_row expected_rows[] = {
 };
 
 /** The screens that the client has. */
-const QStringList screens{QStringLiteral("dlg_dept"),      QStringLiteral("dlg_prodcate"),
-                          QStringLiteral("tab_company"),   QStringLiteral("tab_emp"),
-                          QStringLiteral("tab_product"),   QStringLiteral("tab_user"),
-                          QStringLiteral("tab_warehouse"), QStringLiteral("tab_stock_detail")};
+const QStringList screens{QStringLiteral("dlg_dept"),    QStringLiteral("dlg_prodcate"),
+                          QStringLiteral("tab_company"), QStringLiteral("tab_emp"),
+                          QStringLiteral("tab_instore"), QStringLiteral("tab_outstore"),
+                          QStringLiteral("tab_product"), QStringLiteral("tab_stock_detail"),
+                          QStringLiteral("tab_user"),    QStringLiteral("tab_warehouse")};
 
 class navigation_test : public app_test {
 protected:
