@@ -6,6 +6,7 @@
 
 #include "documents/dlg_outstore_detail_add.h"
 #include "documents/document_print.h"
+#include "documents/editor_parts.h"
 #include "documents/pickers.h"
 #include "model/answers.h"
 #include "model/model_outstore.h"
@@ -15,7 +16,6 @@
 #include "widgets/fields.h"
 #include "widgets/modes.h"
 #include "widgets/print_preview.h"
-#include "widgets/rights.h"
 #include "widgets/selection.h"
 #include "widgets/tips.h"
 
@@ -41,43 +41,24 @@ dlg_outstore_add::dlg_outstore_add(QWidget* parent, int document_mode, int docum
         field->setReadOnly(true);
     ui->tablewidget->setMouseTracking(true);
     menu = make_line_menu(ui->tablewidget);
-    enable_by_rights();
+    enable_lines(this, *ui, menu.actions);
+    // The record has no kind yet, so this finds none and says nothing: kept on purpose. Whoever may open the
+    // editor may do all that there is to do in it.
+    apply_line_rights(this, outbound_kind(outstore.type));
     apply_mode();
     show_partner(*ui, kind);
 }
 
 dlg_outstore_add::~dlg_outstore_add() = default;
 
-/**
- * The rights are looked up under the kind of the record, which is not known yet: there is no such page, so
- * whoever may open the editor has all of it. That the right to print would govern the button that deletes is
- * kept with it.
- */
-void dlg_outstore_add::enable_by_rights() {
-    enable_with(this, &dlg_outstore_add::signal_enable_add, ui->btn_add, menu.actions[0]);
-    enable_with(this, &dlg_outstore_add::signal_enable_delete, ui->btn_delete, menu.actions[1]);
-    enable_with(this, &dlg_outstore_add::signal_enable_print, ui->btn_print, menu.actions[2]);
-    const QString page = outbound_kind(outstore.type).page;
-    if (page.isEmpty()) return;
-    const QStringList granted = g_http.rights.value(page);
-    emit signal_enable_add(granted.contains(QStringLiteral("detail_add")));
-    emit signal_enable_delete(granted.contains(QStringLiteral("detail_delete")));
-    emit signal_enable_delete(granted.contains(QStringLiteral("detail_print")));
-}
-
+/** In neither mode "打印" of the menu does anything: kept on purpose. */
 void dlg_outstore_add::apply_mode() {
     if (mode == document_view) {
-        ui->txt_remark->setReadOnly(true);
-        for (QWidget* part : {ui->btn_add, ui->btn_delete, ui->btn_submit})
-            part->hide();
+        hide_what_writes(*ui);
         // The table opens no menu in this mode; the button prints.
         connect(menu.actions[2], &QAction::triggered, this, &dlg_outstore_add::on_btn_print_clicked);
     } else if (mode == document_new) {
-        ui->btn_print->hide();
-        ui->label_sn->hide();
-        ui->txt_sn->hide();
-        ui->label_writer->hide();
-        ui->txt_writer->hide();
+        hide_what_saving_brings(*ui);
         ui->tablewidget->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(menu.actions[0], &QAction::triggered, this, &dlg_outstore_add::on_btn_add_clicked);
         connect(menu.actions[1], &QAction::triggered, this,
@@ -103,15 +84,15 @@ void dlg_outstore_add::slot_emp_selected(struct_emp operater) {
     ui->txt_operater->setText(operater.name);
 }
 
-void dlg_outstore_add::slot_company_selected(struct_company client) {
-    outstore.company = client.id;
-    ui->txt_company->setText(client.name);
-}
-
 void dlg_outstore_add::slot_dept_selected(struct_dept dept) {
     outstore.dept = dept.id;
     outstore.dept_name = dept.name;
     ui->txt_dept->setText(dept.name);
+}
+
+void dlg_outstore_add::slot_company_selected(struct_company client) {
+    outstore.company = client.id;
+    ui->txt_company->setText(client.name);
 }
 
 void dlg_outstore_add::on_btn_add_clicked() {
@@ -249,12 +230,7 @@ void dlg_outstore_add::keyPressEvent(QKeyEvent* event) {
 
 void dlg_outstore_add::slot_outstore_to_edit(struct_outstore saved) {
     outstore = saved;
-    ui->txt_sn->setText(outstore.sn);
-    ui->txt_writer->setText(outstore.writer_name);
-    ui->txt_operater->setText(outstore.operater_name);
-    ui->txt_company->setText(outstore.company_name);
-    ui->txt_remark->setText(outstore.remark);
-    ui->txt_dept->setText(outstore.dept_name);
+    show_header(*ui, outstore);
     html = print_document(QStringLiteral("出库明细"), outstore);
     for (const auto& line : outstore.details)
         append_record(ui->tablewidget, model_outstore_detail::columns(), line);

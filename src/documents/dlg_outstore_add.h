@@ -6,7 +6,7 @@
 #include <QTextDocument>
 #include <memory>
 
-#include "documents/outstore_parts.h"
+#include "documents/call_flow.h"
 #include "model/document_kinds.h"
 #include "model/model_stock_detail.h"
 #include "model/struct_company.h"
@@ -75,7 +75,6 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    void enable_by_rights();
     void apply_mode();
     bool is_complete();
     void save();

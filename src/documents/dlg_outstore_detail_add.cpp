@@ -1,7 +1,6 @@
 #include "documents/dlg_outstore_detail_add.h"
 
 #include "documents/dlg_search_stock.h"
-#include "documents/outstore_parts.h"
 #include "model/list_table.h"
 #include "ui_dlg_outstore_detail_add.h"
 #include "widgets/fields.h"

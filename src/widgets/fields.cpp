@@ -1,6 +1,7 @@
 #include "widgets/fields.h"
 
 #include <QDoubleValidator>
+#include <QIntValidator>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMouseEvent>
@@ -16,11 +17,26 @@ void set_pattern(QLineEdit* field, const QString& pattern) {
     field->setValidator(new QRegExpValidator(QRegExp(pattern, Qt::CaseSensitive), field));
 }
 
-void set_amount(QLineEdit* field, double lowest, double highest, int decimals) {
-    auto* validator = new QDoubleValidator(lowest, highest, decimals, field);
+namespace {
+
+/** Numbers as a plain conversion reads them. */
+QLocale plain_numbers() {
     QLocale plain = QLocale::c();
     plain.setNumberOptions(QLocale::RejectGroupSeparator);
-    validator->setLocale(plain);
+    return plain;
+}
+
+} // namespace
+
+void set_amount(QLineEdit* field, double lowest, double highest, int decimals) {
+    auto* validator = new QDoubleValidator(lowest, highest, decimals, field);
+    validator->setLocale(plain_numbers());
+    field->setValidator(validator);
+}
+
+void set_whole_number(QLineEdit* field, int lowest, int highest) {
+    auto* validator = new QIntValidator(lowest, highest, field);
+    validator->setLocale(plain_numbers());
     field->setValidator(validator);
 }
 

@@ -21,6 +21,9 @@ void set_pattern(QLineEdit* field, const QString& pattern);
  */
 void set_amount(QLineEdit* field, double lowest, double highest, int decimals);
 
+/** Lets only whole numbers within these bounds be typed, written likewise. */
+void set_whole_number(QLineEdit* field, int lowest, int highest);
+
 /** The text of a field without the blanks around it. */
 QString field_text(const QLineEdit* field);
 

@@ -109,7 +109,7 @@ TEST_P(document_print, values_are_read_as_html) {
     EXPECT_TRUE(on_paper().contains(u("粗<")));
 }
 
-TEST(print_preview, is_small_when_restored) {
+TEST(preview_of_any_list, is_small_when_restored) {
     QPrinter printer;
     QPrintPreviewDialog preview(&printer);
     set_up_preview(preview, printer);

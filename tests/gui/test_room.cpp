@@ -4,6 +4,8 @@
 #include "access/dlg_menu.h"
 #include "access/dlg_menu_add.h"
 #include "access/dlg_permission.h"
+#include "documents/dlg_instore_add.h"
+#include "documents/dlg_instore_detail_add.h"
 #include "documents/dlg_search_stock.h"
 #include "documents/tab_instore.h"
 #include "documents/tab_outstore.h"
@@ -57,6 +59,12 @@ const made_screen made_screens[] = {
     {"dlg_dept_picker", make<dlg_dept, 3>},
     {"dlg_dept_add", make<dlg_dept_add, 0>},
     {"dlg_emp_add", []() -> QWidget* { return new dlg_emp_add(nullptr, 0, struct_emp()); }},
+    {"dlg_instore_new_supplier", make<dlg_instore_add, 0, 1>},
+    {"dlg_instore_new_department", make<dlg_instore_add, 0, 2>},
+    {"dlg_instore_edit", make<dlg_instore_add, 1, 5>},
+    {"dlg_instore_view_department", make<dlg_instore_add, 5, 4>},
+    {"dlg_instore_view_other", make<dlg_instore_add, 5, 7>},
+    {"dlg_instore_detail_add", make<dlg_instore_detail_add, 0>},
     {"dlg_prodcate_page", make<dlg_prodcate, 1>},
     {"dlg_prodcate_picker", make<dlg_prodcate, 3>},
     {"dlg_prodcate_add", make<dlg_prodcate_add, 0>},
