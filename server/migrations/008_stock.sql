@@ -13,7 +13,8 @@ CREATE TABLE stock (
     price {int} NOT NULL CHECK (price BETWEEN 0 AND 9999999900),
     remark {text} NOT NULL CHECK (length(remark) <= 1000),
     added_at {int} NOT NULL,
-    on_hand {int} NOT NULL CHECK (on_hand BETWEEN 0 AND 9999999999),
+    -- so that the value of a row fits into 64 bits
+    on_hand {int} NOT NULL CHECK (on_hand BETWEEN 0 AND 900000000),
     claimed {int} NOT NULL DEFAULT 0,
     holder {int} NOT NULL DEFAULT 0,
     holds {int} NOT NULL DEFAULT 0 CHECK (holds >= 0),

@@ -229,6 +229,7 @@ void dispatcher::run_write(const shared_call& one) {
 /** The answer of an earlier run whose answer may not have arrived, or the work and its answer's record. */
 void dispatcher::work_once(call& one, store::connection& db) {
     if (!admit(one, db)) return;
+    domain::come_back(db, *one.who, one.now, m_with.options.sessions);
     if (const auto known = m_house->unwritten_arrival(one.key)) domain::delivered(db, *one.who, *known);
     if (auto former = domain::recall(db, *one.who, one.origin.path, one.body_hash, one.now)) {
         one.body = std::move(*former);

@@ -70,7 +70,7 @@ login_result complete_login(store::connection& with, const login_candidate& cand
 /** A new session for a re-login secret (writes). Failures are not counted: a secret of 256 bits cannot be
  * guessed, and a client whose secret has lapsed repeats it at every click. */
 relogin_result relogin(store::connection& with, const std::string& username, const std::string& secret,
-                       const std::string& peer, std::int64_t now);
+                       const std::string& peer, std::int64_t now, const session_limits& limits = {});
 
 struct new_user {
     std::int64_t company{0};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "domain/products.h"
 #include "domain/refused.h"
 
 namespace tavrok::domain {
@@ -35,8 +36,7 @@ store::stock_change change_of(const principal& who, const claim_wish& wish) {
 void hold_whole(store::connection& with, const principal& who, const claim_wish& wish, std::int64_t now,
                 const session_limits& limits) {
     if (!lapse_dead_claims(with, who.company, wish.stock, now, limits)) refuse_unknown(wish.stock);
-    const auto row = store::hold_stock(with, who.company, wish.stock);
-    if (row->claimed > store::claimed_by(with, who.company, wish.stock, who.user)) {
+    if (store::claimed_beside(with, who.company, wish.stock, who.user)) {
         throw refused("somebody else claims a part of the row");
     }
     if (!store::change_stock(with, who.company, wish.stock, change_of(who, wish))) {
@@ -60,6 +60,7 @@ void claim_amount(store::connection& with, const principal& who, const claim_wis
 std::string take_claim(store::connection& with, const principal& who, const claim_wish& wish,
                        std::int64_t now, const session_limits& limits) {
     const bool whole = wish.use == claim_use::stocktaking;
+    if (!whole && (wish.amount < 0 || wish.amount > g_highest_amount)) throw refused("amount out of range");
     whole ? hold_whole(with, who, wish, now, limits) : claim_amount(with, who, wish, now, limits);
     const auto token = "L" + new_token();
     store::claim_record made;
@@ -102,13 +103,8 @@ std::int64_t sweep_claims(store::connection& with, std::int64_t now, const sessi
 void lapse_claims_before_use(store::connection& with, const principal& who, std::int64_t now,
                              const session_limits& limits) {
     if (store::keeps_claims(with, who.company, who.user, gone_at(now, limits))) return;
-    for (const auto stock : store::rows_claimed_by(with, who.company, who.user)) {
-        if (!store::hold_stock(with, who.company, stock)) continue;
-        const auto ended = store::lapse_claims_of(with, who.company, stock, who.user, now);
-        if (ended.amount != 0 || ended.holds != 0) {
-            store::release_stock(with, who.company, stock, ended.amount, ended.holds);
-        }
-    }
+    for (const auto stock : store::rows_claimed_by(with, who.company, who.user))
+        lapse_dead_claims(with, who.company, stock, now, limits);
 }
 
 } // namespace tavrok::domain

@@ -38,8 +38,8 @@ bool lapse_dead_claims(store::connection& with, std::int64_t company, std::int64
 /** Ends all claims whose users are gone, at most `most` rows at once; gives how many rows it looked at. */
 std::int64_t sweep_claims(store::connection& with, std::int64_t now, const session_limits& limits = {},
                           std::int64_t most = 500);
-/** Before a request of a user who was gone is noted: his claims have lapsed, and his return does not revive
- * them. */
+/** Before a request or a login of a user is noted who was gone: his claims have lapsed, and his return does
+ * not revive them. */
 void lapse_claims_before_use(store::connection& with, const principal& who, std::int64_t now,
                              const session_limits& limits = {});
 

@@ -3,31 +3,45 @@
 #include <cstddef>
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <unordered_map>
 
+#include "domain/id_list.h"
+
 namespace tavrok::domain {
 
-/** Counts of filtered lists, valid for one state of a company's data (its data version). Bounded: the count
- * that was not asked for the longest time leaves first. One for each database; safe from any thread. */
+/** What filtered lists hold, valid for one state of a company's data (its data version): so that a list is
+ * counted once and any page of it is found without looking for it again. Bounded by the memory that it takes:
+ * the list that was not asked for the longest time leaves first. One for each database; safe from any thread.
+ */
 class count_cache {
 public:
-    explicit count_cache(std::size_t limit = 4096);
-    /** `criteria` names list and criteria without ambiguity. */
-    std::optional<std::int64_t> find(std::int64_t company, std::int64_t version, const std::string& criteria);
-    void keep(std::int64_t company, std::int64_t version, const std::string& criteria, std::int64_t count);
+    using shared_ids = std::shared_ptr<const id_list>;
+
+    /** `limit` in bytes. A list of a million rows takes about one million. */
+    explicit count_cache(std::size_t limit = std::size_t{32} << 20U);
+    /** `criteria` names list and criteria without ambiguity. Null for what is not known. */
+    shared_ids find(std::int64_t company, std::int64_t version, const std::string& criteria);
+    /** A list that is larger than the limit is not kept. */
+    void keep(std::int64_t company, std::int64_t version, const std::string& criteria, shared_ids ids);
     std::size_t size() const;
+    /** Memory that the lists take with all that finds them. */
+    std::size_t bytes() const;
 
 private:
     struct entry {
         std::string key;
         std::int64_t version;
-        std::int64_t count;
+        shared_ids ids;
     };
+    static std::size_t bytes_of(const entry& one);
+    void drop(std::list<entry>::iterator which);
+
     mutable std::mutex m_guard;
     std::size_t m_limit;
+    std::size_t m_bytes{0};
     std::list<entry> m_entries; // the latest first
     std::unordered_map<std::string, std::list<entry>::iterator> m_by_key;
 };

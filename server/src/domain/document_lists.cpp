@@ -13,7 +13,8 @@ store::list_filter filter_of(const principal& who, document_module module, const
     store::of_kind(filter, module, search.type);
     if (search.date_start) store::at_least(filter, "added_at", *search.date_start);
     if (search.date_end) store::at_most(filter, "added_at", *search.date_end);
-    store::like(filter, "sn", criterion_pattern(search.sn));
+    store::like(filter, "lower(sn)",
+                criterion_pattern(search.sn)); // of ASCII letters, as both databases fold
     if (search.partner) store::equal(filter, "partner", *search.partner);
     if (operater) store::equal(filter, "operater", *operater);
     if (search.writer) store::equal(filter, "writer", *search.writer);

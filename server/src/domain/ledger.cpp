@@ -17,7 +17,7 @@ store::stock_record lock_row(store::connection& with, const principal& by, std::
     if (!lapse_dead_claims(with, by.company, stock, now, limits)) {
         throw refused("unknown stock row " + std::to_string(stock));
     }
-    return *store::hold_stock(with, by.company, stock);
+    return *store::read_stock(with, by.company, stock); // which nobody else changes any more
 }
 
 /** Changes a row's figures together with the ledger. `claimed` is what ended claims took of the row. */

@@ -1,6 +1,8 @@
 #include "domain/listing.h"
 
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "domain/fold.h"
 #include "domain/refused.h"
@@ -27,26 +29,28 @@ std::string criterion_pattern(std::string_view word) {
     return word.empty() ? std::string() : like_pattern(word);
 }
 
-std::int64_t filtered_total(store::connection& with, const store::listing& what,
-                            const store::list_filter& filter, count_cache& counts) {
+list_extent filtered_total(store::connection& with, const store::listing& what,
+                           const store::list_filter& filter, count_cache& counts) {
     // The lengths keep criteria apart whatever they hold.
     std::string criteria = what.name;
     for (const auto& one : filter.criteria) {
         const auto bound = text_of(one.bound);
-        criteria.append(" ").append(one.column).append(std::to_string(static_cast<int>(one.how)) + '.');
+        criteria.append(" ").append(one.column).append(1, ' ').append(one.text);
+        criteria.append(1, ' ').append(std::to_string(static_cast<int>(one.how)) + '.');
         criteria.append(std::to_string(bound.size()) + ':').append(bound);
     }
-    // The version is read first: a count that is newer than its version is found out at the next one.
     const auto version = store::data_version(with, filter.company);
-    if (const auto known = counts.find(filter.company, version, criteria)) return *known;
-    const auto total = store::count_listed(with, what, filter);
-    counts.keep(filter.company, version, criteria, total);
-    return total;
+    if (auto known = counts.find(filter.company, version, criteria)) return list_extent(std::move(known));
+    const auto ids = std::make_shared<id_list>();
+    store::each_listed_id(with, what, filter, [&](std::int64_t id) { ids->add(id); });
+    ids->close();
+    counts.keep(filter.company, version, criteria, ids);
+    return list_extent(ids);
 }
 
-std::int64_t list_total(store::connection& with, const store::listing& what, const store::list_filter& filter,
-                        count_cache& counts) {
-    return filter.criteria.empty() ? store::list_counter(with, filter.company, what)
+list_extent list_total(store::connection& with, const store::listing& what, const store::list_filter& filter,
+                       count_cache& counts) {
+    return filter.criteria.empty() ? list_extent(store::list_counter(with, filter.company, what))
                                    : filtered_total(with, what, filter, counts);
 }
 

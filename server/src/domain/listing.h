@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "domain/count_cache.h"
@@ -35,22 +36,34 @@ struct page_wish {
 /** The LIKE pattern of a criterion's word, empty for an empty word. Refuses a word that is no text. */
 std::string criterion_pattern(std::string_view word);
 
-/** How many rows fit a filter, counted once for each state of the company's data. */
-std::int64_t filtered_total(store::connection& with, const store::listing& what,
-                            const store::list_filter& filter, count_cache& counts);
+/** What a list holds: how many rows and, of a filtered list, which. */
+struct list_extent {
+    /** Of a list whose rows are counted elsewhere. */
+    list_extent(std::int64_t rows) : total(rows) {} // NOLINT(google-explicit-constructor)
+    explicit list_extent(count_cache::shared_ids all) : total(all->size()), ids(std::move(all)) {}
+
+    std::int64_t total;
+    count_cache::shared_ids ids;
+};
+
+/** The rows that fit a filter, looked for once for each state of the company's data. */
+list_extent filtered_total(store::connection& with, const store::listing& what,
+                           const store::list_filter& filter, count_cache& counts);
 /** The same, from the kept counter where nothing is filtered. */
-std::int64_t list_total(store::connection& with, const store::listing& what, const store::list_filter& filter,
-                        count_cache& counts);
+list_extent list_total(store::connection& with, const store::listing& what, const store::list_filter& filter,
+                       count_cache& counts);
 
 void check_page_size(std::int64_t page_size);
 
-/** The page of a list with `total` rows; `make(row)` gives a record. Counted off from the nearer end. */
+/** The page of a list; `make(row)` gives a record. Where it is not known which rows the list holds, they are
+ * counted off from the nearer end. */
 template <typename record, typename maker>
 list_page<record> read_page(store::connection& with, const store::listing& what,
-                            const store::list_filter& filter, std::int64_t total, const page_wish& wish,
+                            const store::list_filter& filter, const list_extent& holds, const page_wish& wish,
                             maker make) {
     check_page_size(wish.page_size);
     list_page<record> page;
+    const auto total = holds.total;
     page.total = total;
     page.page_count = (total + wish.page_size - 1) / wish.page_size;
     if (total == 0) return page;
@@ -58,11 +71,15 @@ list_page<record> read_page(store::connection& with, const store::listing& what,
         wish.page_num == -1 ? page.page_count : std::clamp<std::int64_t>(wish.page_num, 1, page.page_count);
     const auto first = (page.page_num - 1) * wish.page_size;
     const auto count = std::min(wish.page_size, total - first);
-    const bool newest = first <= total / 2;
     page.list.reserve(static_cast<std::size_t>(count));
+    const auto add = [&](const store::row& one) { page.list.push_back(make(one)); };
+    if (holds.ids) {
+        store::each_listed_of(with, what, filter.company, holds.ids->part(first, count), add);
+        return page;
+    }
+    const bool newest = first <= total / 2;
     store::each_listed(with, what, filter, newest ? store::list_end::newest : store::list_end::oldest, count,
-                       newest ? first : total - first - count,
-                       [&](const store::row& one) { page.list.push_back(make(one)); });
+                       newest ? first : total - first - count, add);
     if (!newest) std::reverse(page.list.begin(), page.list.end());
     return page;
 }

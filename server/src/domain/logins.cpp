@@ -54,7 +54,7 @@ login_result accept(store::connection& with, const store::user_record& user, con
     result.username = user.username;
     result.realname = user.realname;
     result.type = static_cast<int>(user.type);
-    result.token = open_session(with, user.company, user.id, peer, now);
+    result.token = open_session(with, user.company, user.id, peer, now, limits);
     result.relogin_secret = new_token();
     store::insert_relogin(with, user.company, user.id, token_hash(result.relogin_secret), now,
                           now + limits.relogin);
@@ -95,12 +95,12 @@ login_result complete_login(store::connection& with, const login_candidate& cand
 }
 
 relogin_result relogin(store::connection& with, const std::string& username, const std::string& secret,
-                       const std::string& peer, std::int64_t now) {
+                       const std::string& peer, std::int64_t now, const session_limits& limits) {
     const auto user = store::user_by_name(with, fold(username), username);
     if (!user || user->state != 1) return {};
     if (!store::relogin_fits(with, user->company, user->id, token_hash(secret), now)) return {};
     note(with, user->company, user->id, "relogin", user->id, now);
-    return {true, user->company, user->id, open_session(with, user->company, user->id, peer, now)};
+    return {true, user->company, user->id, open_session(with, user->company, user->id, peer, now, limits)};
 }
 
 } // namespace tavrok::domain

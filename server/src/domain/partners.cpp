@@ -69,7 +69,7 @@ store::partner_filter filter_of(const principal& who, const partner_search& sear
     return filter;
 }
 
-std::int64_t total_of(store::connection& with, const store::partner_filter& filter, count_cache& counts) {
+list_extent total_of(store::connection& with, const store::partner_filter& filter, count_cache& counts) {
     if (filter.patterns == store::partner_words{}) {
         return store::partner_counter(with, filter.company, filter.type);
     }

@@ -9,6 +9,7 @@
 #include "domain/text_rules.h"
 #include "store/records/companies.h"
 #include "store/records/products.h"
+#include "store/records/stock.h"
 #include "store/records/trees.h"
 
 namespace tavrok::domain {
@@ -124,6 +125,8 @@ void remove_product(store::connection& with, const principal& who, std::int64_t 
     if (store::retire_product(with, who.company, id, now) == 0) refuse_unknown(id);
     store::change_list_counter(with, who.company, store::g_product_list, -1);
     finish(with, who, "product_delete", id, now);
+    // The company is locked by now: whoever brings it in at this moment is seen here, or sees it retired.
+    if (store::product_on_hand(with, who.company, id)) throw refused("the product is on hand");
 }
 
 } // namespace tavrok::domain

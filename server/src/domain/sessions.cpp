@@ -88,8 +88,17 @@ void touch(store::connection& with, const principal& who, std::int64_t now, cons
     store::touch_session(with, who.company, who.session, now);
 }
 
+void come_back(store::connection& with, const principal& who, std::int64_t now,
+               const session_limits& limits) {
+    if (now - who.last_used > limits.claim) touch(with, who, now, limits);
+}
+
 std::string open_session(store::connection& with, std::int64_t company, std::int64_t user,
-                         const std::string& peer, std::int64_t now) {
+                         const std::string& peer, std::int64_t now, const session_limits& limits) {
+    principal who;
+    who.company = company;
+    who.user = user;
+    lapse_claims_before_use(with, who, now, limits);
     auto token = new_token();
     store::insert_session(with, company, user, token_hash(token), peer, now);
     return token;
@@ -106,8 +115,9 @@ void sweep(store::connection& with, std::int64_t now, const session_limits& limi
     store::delete_old_sessions(with, now - limits.total, now - limits.idle);
     store::delete_old_failures(with, now - g_keep_failures);
     store::delete_old_captchas(with, now - g_keep_captchas);
-    sweep_claims(with, now, limits);
+    // A draft before stock rows, as closing it takes them.
     store::delete_old_drafts(with, now - g_keep_drafts);
+    sweep_claims(with, now, limits);
 }
 
 } // namespace tavrok::domain

@@ -35,9 +35,15 @@ bool needs_touch(const principal& who, std::int64_t now);
 void touch(store::connection& with, const principal& who, std::int64_t now,
            const session_limits& limits = {});
 
-/** Makes a session for a login from `peer` and gives its token; the database keeps the hash. */
+/** Before a request that writes: where its user was gone, his claims have lapsed, and his return is noted in
+ * the transaction of the request, so that what he claims in it lives. */
+void come_back(store::connection& with, const principal& who, std::int64_t now,
+               const session_limits& limits = {});
+
+/** Makes a session for a login from `peer` and gives its token; the database keeps the hash. Claims of a user
+ * who was gone have lapsed: his login does not revive them. */
 std::string open_session(store::connection& with, std::int64_t company, std::int64_t user,
-                         const std::string& peer, std::int64_t now);
+                         const std::string& peer, std::int64_t now, const session_limits& limits = {});
 /** Ends every session of a user, but for the one with the id `kept`, and voids his re-login secrets. What is
  * being made of a secret at this moment is ended as well. */
 void void_access(store::connection& with, std::int64_t company, std::int64_t user, std::int64_t kept = 0);

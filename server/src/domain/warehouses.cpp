@@ -8,6 +8,7 @@
 #include "domain/text_rules.h"
 #include "store/records/companies.h"
 #include "store/records/live_rows.h"
+#include "store/records/stock.h"
 
 namespace tavrok::domain {
 
@@ -62,6 +63,10 @@ std::vector<warehouse_option> list_warehouse_options(store::connection& with, co
     return store::warehouse_options(with, who.company);
 }
 
+std::vector<warehouse_option> list_warehouse_stock(store::connection& with, const principal& who) {
+    return store::warehouse_stock(with, who.company);
+}
+
 added add_warehouse(store::connection& with, const principal& who, const warehouse& what,
                     std::string_view keeper, std::int64_t now) {
     lock_for_adding(with, who);
@@ -95,6 +100,7 @@ void edit_warehouse(store::connection& with, const principal& who, const warehou
 // Always retired, never erased: old documents go on naming it.
 void remove_warehouse(store::connection& with, const principal& who, std::int64_t id, std::int64_t now) {
     store::bump_data_version(with, who.company);
+    if (store::warehouse_in_use(with, who.company, id)) throw refused("there is stock in the warehouse");
     if (store::retire(with, store::g_warehouse_list, who.company, id, now) == 0) refuse_unknown(id);
     store::change_list_counter(with, who.company, store::g_warehouse_list, -1);
     note(with, who, "warehouse_delete", id, now);

@@ -37,8 +37,10 @@ inline constexpr std::int64_t g_most_warehouses = 2'000;
 
 warehouse_page list_warehouses(store::connection& with, const principal& who, const warehouse_search& search,
                                const page_wish& wish, count_cache& counts);
-/** Every warehouse, in the order in which they were added. */
+/** Every warehouse, in the order in which they were added; the second with what is on hand in it less what is
+ * claimed by quantity, which takes a look at all the stock. */
 std::vector<warehouse_option> list_warehouse_options(store::connection& with, const principal& who);
+std::vector<warehouse_option> list_warehouse_stock(store::connection& with, const principal& who);
 
 /** `keeper` is what resolve_employee() takes; `what.id`, `what.keeper`, `what.keeper_name` and
  * `what.added_at` are ignored. A new default warehouse takes the flag from the former one. Throws `refused`,

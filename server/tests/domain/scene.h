@@ -64,6 +64,10 @@ private:
 /** A partner with every text filled. */
 domain::partner some_partner(int type, const std::string& name);
 
+/** How many rows of a list a company's statements see: all of its rows, and the row with that id. */
+std::int64_t rows_seen(store::connection& with, const store::listing& list, std::int64_t company,
+                       std::int64_t id);
+
 /** Tests of a rule that must hold on every engine. */
 class on_engine : public testing::TestWithParam<std::string> {
 protected:

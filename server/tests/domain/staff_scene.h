@@ -50,7 +50,7 @@ public:
     void continue_ids_after(std::int64_t last);
     std::int64_t audited(const std::string& what);
     std::int64_t version();
-    domain::count_cache counts{16}; // small, so that it forgets within a run
+    domain::count_cache counts{4096}; // small, so that it forgets within a run
 };
 
 /** A staff_scene on each engine. */

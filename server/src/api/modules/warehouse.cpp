@@ -69,7 +69,7 @@ void get_option(context& request) {
 void get_option_with_stat(context& request) {
     json_writer json(request.answer);
     json.open_array();
-    for (const auto& one : domain::list_warehouse_options(*request.db, *request.who)) {
+    for (const auto& one : domain::list_warehouse_stock(*request.db, *request.who)) {
         json.open_object().number_text("id", one.id).text("name", one.name);
         json.number_text("sum_amount", one.on_hand).close_object();
     }

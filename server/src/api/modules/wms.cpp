@@ -13,9 +13,9 @@ void log_in_again(const services& with, const std::shared_ptr<staged_request>& o
     auto result = std::make_shared<domain::relogin_result>();
     with.database.write(
         [&with, one, result](store::connection& db) {
-            *result =
-                domain::relogin(db, std::string(one->values.text("username")),
-                                std::string(one->values.text("password")), one->origin.peer, with.clock());
+            *result = domain::relogin(db, std::string(one->values.text("username")),
+                                      std::string(one->values.text("password")), one->origin.peer,
+                                      with.clock(), with.options.sessions);
         },
         [one, result](std::exception_ptr failure) {
             const bool accepted = !failure && result->accepted;

@@ -16,17 +16,14 @@ const statement g_by_token{
     "SELECT id, stock, user_id, use, amount, state FROM claim WHERE company = ? AND token = ?"};
 const statement g_end{"claim_end",
                       "UPDATE claim SET state = ?, ended_at = ? WHERE company = ? AND id = ? AND state = 1"};
-const statement g_claimed_by{"claimed_by",
-                             "SELECT coalesce(sum(amount), 0) FROM claim WHERE company = ? AND stock = ? AND "
-                             "state = 1 AND user_id = ?"};
+const statement g_beside{"claimed_beside",
+                         "SELECT 1 FROM claim WHERE company = ? AND stock = ? AND state = 1 AND "
+                         "user_id <> ? LIMIT 1"};
 const statement g_lapse{
     "claims_lapse",
     "UPDATE claim SET state = 4, ended_at = ? WHERE company = ? AND stock = ? AND state = 1 "
     "AND NOT " +
         g_alive + " RETURNING use, amount"};
-const statement g_lapse_of{"claims_lapse_of",
-                           "UPDATE claim SET state = 4, ended_at = ? WHERE company = ? AND stock = ? AND "
-                           "state = 1 AND user_id = ? RETURNING use, amount"};
 const statement g_dead{"claims_dead", "SELECT DISTINCT company, stock FROM claim WHERE state = 1 AND NOT " +
                                           g_alive + " ORDER BY company, stock LIMIT ?"};
 const statement g_rows{"claims_rows",
@@ -35,11 +32,6 @@ const statement g_rows{"claims_rows",
 const statement g_keeps{"claims_kept",
                         "SELECT 1 FROM session WHERE company = ? AND user_id = ? AND last_used_at > ? AND "
                         "created_at > ? LIMIT 1"};
-
-void add(ended_claims& to, const row& one) {
-    to.amount += one.integer(1);
-    if (static_cast<claim_use>(one.integer(0)) == claim_use::stocktaking) ++to.holds;
-}
 
 } // namespace
 
@@ -64,24 +56,19 @@ bool end_claim(connection& with, std::int64_t company, std::int64_t claim, claim
     return with.execute(g_end, {static_cast<std::int64_t>(how), now, company, claim}) != 0;
 }
 
-std::int64_t claimed_by(connection& with, std::int64_t company, std::int64_t stock, std::int64_t user) {
-    std::int64_t amount = 0;
-    with.query(g_claimed_by, {company, stock, user}, [&](const row& one) { amount = one.integer(0); });
-    return amount;
+bool claimed_beside(connection& with, std::int64_t company, std::int64_t stock, std::int64_t user) {
+    bool found = false;
+    with.query(g_beside, {company, stock, user}, [&](const row&) { found = true; });
+    return found;
 }
 
 ended_claims lapse_claims(connection& with, std::int64_t company, std::int64_t stock,
                           const claim_bounds& gone, std::int64_t now) {
     ended_claims ended;
-    with.query(g_lapse, {now, company, stock, gone.used, gone.created},
-               [&](const row& one) { add(ended, one); });
-    return ended;
-}
-
-ended_claims lapse_claims_of(connection& with, std::int64_t company, std::int64_t stock, std::int64_t user,
-                             std::int64_t now) {
-    ended_claims ended;
-    with.query(g_lapse_of, {now, company, stock, user}, [&](const row& one) { add(ended, one); });
+    with.query(g_lapse, {now, company, stock, gone.used, gone.created}, [&](const row& one) {
+        ended.amount += one.integer(1);
+        if (static_cast<claim_use>(one.integer(0)) == claim_use::stocktaking) ++ended.holds;
+    });
     return ended;
 }
 

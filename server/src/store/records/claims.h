@@ -33,8 +33,8 @@ void insert_claim(connection& with, std::int64_t company, const claim_record& wh
 std::optional<claim_record> claim_by_token(connection& with, std::int64_t company, const std::string& token);
 /** Ends an active claim; false when it is not active any more. The row that it is on is locked before. */
 bool end_claim(connection& with, std::int64_t company, std::int64_t claim, claim_state how, std::int64_t now);
-/** Quantity that a user's own active claims take of a row. */
-std::int64_t claimed_by(connection& with, std::int64_t company, std::int64_t stock, std::int64_t user);
+/** Whether anybody but the user has an active claim on a row. */
+bool claimed_beside(connection& with, std::int64_t company, std::int64_t stock, std::int64_t user);
 
 /** What the ended claims of a row took of it. */
 struct ended_claims {
@@ -44,9 +44,6 @@ struct ended_claims {
 /** Ends the active claims of a row whose users are gone. The row is locked before. */
 ended_claims lapse_claims(connection& with, std::int64_t company, std::int64_t stock,
                           const claim_bounds& gone, std::int64_t now);
-/** Ends every active claim of a user on a row. The row is locked before. */
-ended_claims lapse_claims_of(connection& with, std::int64_t company, std::int64_t stock, std::int64_t user,
-                             std::int64_t now);
 
 /** Rows with claims of users who are gone, each once, by company and id. */
 struct stock_key {

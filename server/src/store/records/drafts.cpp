@@ -30,10 +30,11 @@ const statement g_announce{
 const statement g_lines{"draft_lines",
                         "SELECT id, product, price, amount, warehouse, place, remark, stock, token, stocked "
                         "FROM draft_line WHERE company = ? AND draft = ? ORDER BY id"};
-const statement g_delete_line{
-    "draft_line_delete",
-    "DELETE FROM draft_line WHERE company = ? AND id = ? AND draft IN (SELECT d.id FROM "
-    "draft d WHERE d.company = ? AND d.session = ?)"};
+const statement g_uncount_line{
+    "draft_uncount_line",
+    "UPDATE draft SET lines = lines - 1 WHERE company = ? AND session = ? AND id = (SELECT draft FROM "
+    "draft_line WHERE company = ? AND id = ?)"};
+const statement g_delete_line{"draft_line_delete", "DELETE FROM draft_line WHERE company = ? AND id = ?"};
 const statement g_delete{"draft_delete", "DELETE FROM draft WHERE company = ? AND id = ?"};
 const statement g_delete_old{"draft_delete_old", "DELETE FROM draft WHERE opened_at <= ?"};
 
@@ -104,7 +105,9 @@ std::vector<draft_line_record> draft_lines(connection& with, std::int64_t compan
 }
 
 bool delete_draft_line(connection& with, std::int64_t company, std::int64_t session, std::int64_t line) {
-    return with.execute(g_delete_line, {company, line, company, session}) != 0;
+    // The draft first, as the closing call does: a line that is becoming one of a document is not taken out.
+    return with.execute(g_uncount_line, {company, session, company, line}) != 0 &&
+           with.execute(g_delete_line, {company, line}) != 0;
 }
 
 void delete_draft(connection& with, std::int64_t company, std::int64_t id) {

@@ -55,7 +55,7 @@ std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int6
 bool announce_stock(connection& with, std::int64_t company, std::int64_t session,
                     const draft_line_record& like);
 std::vector<draft_line_record> draft_lines(connection& with, std::int64_t company, std::int64_t draft);
-/** Takes a line out of a draft of the session. */
+/** Takes a line out of a draft of the session. Where it gives false the transaction must not be kept. */
 bool delete_draft_line(connection& with, std::int64_t company, std::int64_t session, std::int64_t line);
 /** With its lines. */
 void delete_draft(connection& with, std::int64_t company, std::int64_t id);

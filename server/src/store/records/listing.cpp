@@ -1,8 +1,13 @@
 #include "store/records/listing.h"
 
+#include <limits>
+
 namespace tavrok::store {
 
 namespace {
+
+constexpr std::int64_t g_read_at_once = 100'000; // ids: PostgreSQL's client takes 40 bytes for each
+constexpr std::size_t g_asked_at_once = 20;      // rows by id, so that few statements do for all numbers
 
 const statement g_counter{"list_counter", "SELECT live FROM list_counter WHERE company = ? AND list = ?"};
 const statement g_change{"list_counter_change",
@@ -45,9 +50,21 @@ void add(list_filter& filter, const char* column, criterion::match how, std::int
     one.bound = bound;
 }
 
+void add_named_like(condition& to, const criterion& one, std::int64_t company) {
+    to.name.append("_in_").append(one.table).append("_").append(one.text);
+    to.sql.append(" AND ").append(one.column).append(" IN (SELECT id FROM ").append(one.table);
+    to.sql.append(" WHERE company = ? AND ").append(one.text).append(" LIKE ? ESCAPE '\\')");
+    to.bound.emplace_back(company);
+    to.bound.push_back(one.bound);
+}
+
 condition condition_of(const listing& what, const list_filter& filter) {
     condition made{"", std::string("company = ? AND ") + what.live, {filter.company}};
     for (const auto& one : filter.criteria) {
+        if (one.how == criterion::match::named_like) {
+            add_named_like(made, one, filter.company);
+            continue;
+        }
         const auto words = words_of(one.how);
         made.name.append(words.name).append(one.column);
         made.sql.append(" AND ").append(one.column).append(words.sql);
@@ -64,6 +81,12 @@ void like(list_filter& filter, const char* column, const std::string& pattern) {
     one.column = column;
     one.how = criterion::match::like;
     one.bound = pattern;
+}
+
+void named_like(list_filter& filter, const char* column, const char* table, const char* text,
+                const std::string& pattern) {
+    if (pattern.empty()) return;
+    filter.criteria.push_back({column, criterion::match::named_like, pattern, table, text});
 }
 
 void equal(list_filter& filter, const char* column, std::int64_t bound) {
@@ -95,13 +118,39 @@ void each_listed(connection& with, const listing& what, const list_filter& filte
     with.query(page, where.bound, each);
 }
 
-std::int64_t count_listed(connection& with, const listing& what, const list_filter& filter) {
-    const auto where = condition_of(what, filter);
-    const statement count{std::string(what.name) + "_count" + where.name,
-                          std::string("SELECT count(*) FROM ") + what.table + " WHERE " + where.sql};
-    std::int64_t found = 0;
-    with.query(count, where.bound, [&](const row& one) { found = one.integer(0); });
-    return found;
+void each_listed_id(connection& with, const listing& what, const list_filter& filter,
+                    const std::function<void(std::int64_t id)>& each) {
+    auto where = condition_of(what, filter);
+    const statement part{std::string(what.name) + "_ids" + where.name,
+                         std::string("SELECT id FROM ") + what.table + " WHERE " + where.sql +
+                             " AND id < ? ORDER BY id DESC LIMIT " + std::to_string(g_read_at_once)};
+    where.bound.emplace_back(std::numeric_limits<std::int64_t>::max());
+    std::int64_t count = g_read_at_once;
+    while (count == g_read_at_once) {
+        count = 0;
+        with.query(part, where.bound, [&](const row& one) {
+            const auto id = one.integer(0);
+            each(id);
+            where.bound.back() = id;
+            ++count;
+        });
+    }
+}
+
+void each_listed_of(connection& with, const listing& what, std::int64_t company,
+                    const std::vector<std::int64_t>& ids, const std::function<void(const row&)>& each) {
+    if (ids.empty()) return;
+    const auto asked = (ids.size() + g_asked_at_once - 1) / g_asked_at_once * g_asked_at_once;
+    std::vector<value> bound{company};
+    bound.insert(bound.end(), ids.begin(), ids.end());
+    bound.resize(1 + asked, ids.back()); // asked for twice, a row comes once
+    std::string marks = "?";
+    for (std::size_t i = 1; i < asked; ++i)
+        marks += ", ?";
+    const statement rows{std::string(what.name) + "_of_" + std::to_string(asked),
+                         std::string("SELECT ") + what.columns + " FROM " + what.table + " t " + what.joins +
+                             " WHERE t.company = ? AND t.id IN (" + marks + ") ORDER BY t.id DESC"};
+    with.query(rows, bound, each);
 }
 
 std::int64_t list_counter(connection& with, std::int64_t company, const listing& what) {

@@ -20,10 +20,14 @@ struct listing {
 
 /** What a listed row must fulfil. */
 struct criterion {
-    enum class match { equal, like, at_least, at_most };
+    enum class match { equal, like, at_least, at_most, named_like };
     const char* column{""};
     match how{match::equal};
     value bound{nullptr}; /**< for `like` a pattern over a folded column */
+    /** For `named_like`: the table, of the same company, a row of which the column names, and the text of it
+     * that the pattern is over. */
+    const char* table{""};
+    const char* text{""};
 };
 
 struct list_filter {
@@ -36,6 +40,10 @@ enum class list_end { newest, oldest };
 
 /** Adds a criterion where there is a pattern. */
 void like(list_filter& filter, const char* column, const std::string& pattern);
+/** Adds a criterion on a text of the row of `table` that the column names, where there is a pattern. That
+ * table is searched first: it is the small one. Rows of it that are no longer live count as well. */
+void named_like(list_filter& filter, const char* column, const char* table, const char* text,
+                const std::string& pattern);
 /** Adds a criterion. */
 void equal(list_filter& filter, const char* column, std::int64_t bound);
 /** Adds the bounds of a range, both included. */
@@ -45,8 +53,12 @@ void at_most(list_filter& filter, const char* column, std::int64_t bound);
 /** Rows `offset` to `offset + limit` from that end, and in that direction. */
 void each_listed(connection& with, const listing& what, const list_filter& filter, list_end from,
                  std::int64_t limit, std::int64_t offset, const std::function<void(const row&)>& each);
-/** Counts row by row: for filtered lists. */
-std::int64_t count_listed(connection& with, const listing& what, const list_filter& filter);
+/** Every id, newest first, row by row: for filtered lists. */
+void each_listed_id(connection& with, const listing& what, const list_filter& filter,
+                    const std::function<void(std::int64_t id)>& each);
+/** The rows of the company with these ids, newest first. */
+void each_listed_of(connection& with, const listing& what, std::int64_t company,
+                    const std::vector<std::int64_t>& ids, const std::function<void(const row&)>& each);
 
 /** The kept number of live rows of a company's list. */
 std::int64_t list_counter(connection& with, std::int64_t company, const listing& what);

@@ -18,7 +18,8 @@ const statement g_change{
     "UPDATE stock SET on_hand = on_hand + ?, claimed = claimed + ?, holds = holds + ?, "
     "holder = CASE WHEN holds + ? > 0 THEN CASE WHEN holder = 0 THEN ? ELSE holder END ELSE 0 END, "
     "listed = CASE WHEN on_hand + ? > 0 THEN 1 ELSE 0 END "
-    "WHERE company = ? AND id = ? AND on_hand + ? >= claimed + ? AND (holder = 0 OR holder = ?)"};
+    "WHERE company = ? AND id = ? AND on_hand + ? >= claimed + ? AND on_hand + ? <= ? AND (holder = 0 OR "
+    "holder = ?)"};
 const statement g_release{
     "stock_release",
     "UPDATE stock SET claimed = claimed - ?, holds = holds - ?, "
@@ -79,7 +80,7 @@ std::optional<stock_record> read_stock(connection& with, std::int64_t company, s
 
 bool change_stock(connection& with, std::int64_t company, std::int64_t id, const stock_change& by) {
     return with.execute(g_change, {by.on_hand, by.claimed, by.holds, by.holds, by.user, by.on_hand, company,
-                                   id, by.on_hand, by.claimed, by.user}) != 0;
+                                   id, by.on_hand, by.claimed, by.on_hand, g_most_on_hand, by.user}) != 0;
 }
 
 void release_stock(connection& with, std::int64_t company, std::int64_t id, std::int64_t claimed,

@@ -8,6 +8,9 @@
 
 namespace tavrok::store {
 
+/** The most that a row may hold: its value at the highest price fits into 64 bits. */
+inline constexpr std::int64_t g_most_on_hand = 900'000'000;
+
 /** A stock row: a batch of a product at one place and one price. */
 struct stock_record {
     std::int64_t id{0};
@@ -40,8 +43,8 @@ struct stock_change {
     std::int64_t holds{0};
     std::int64_t user{0}; /**< only where nobody, or this user, holds the row as a whole */
 };
-/** Changes the figures where what is on hand covers what is claimed afterwards, and no other user holds the
- * row as a whole; false when that is not so. */
+/** Changes the figures where what is on hand covers what is claimed afterwards and is not too much, and no
+ * other user holds the row as a whole; false when that is not so. */
 bool change_stock(connection& with, std::int64_t company, std::int64_t id, const stock_change& by);
 /** Takes claims that have ended out of the figures, whoever holds the row. */
 void release_stock(connection& with, std::int64_t company, std::int64_t id, std::int64_t claimed,

@@ -14,10 +14,14 @@ const statement g_update{
     "isdefault = ?, name_folded = ?, phone_folded = ? WHERE company = ? AND id = ? AND state = 1"};
 const statement g_keeper{"warehouse_keeper",
                          "SELECT keeper FROM warehouse WHERE company = ? AND id = ? AND state = 1"};
-// The service books no stock yet, so nothing lies anywhere.
 const statement g_options{
     "warehouse_options",
-    "SELECT id, name, isdefault, 0 FROM warehouse WHERE company = ? AND state = 1 ORDER BY id"};
+    "SELECT id, name, isdefault FROM warehouse WHERE company = ? AND state = 1 ORDER BY id"};
+const statement g_stock{
+    "warehouse_stock",
+    "SELECT w.id, w.name, w.isdefault, coalesce(s.free, 0) FROM warehouse w LEFT JOIN (SELECT warehouse, "
+    "CAST(sum(on_hand - claimed) AS BIGINT) AS free FROM stock WHERE company = ? AND listed = 1 GROUP BY "
+    "warehouse) s ON s.warehouse = w.id WHERE w.company = ? AND w.state = 1 ORDER BY w.id"};
 
 /** The values that both writes bind, in their order. */
 void bind_details(std::vector<value>& bound, const warehouse_record& what, const warehouse_folds& folds) {
@@ -83,6 +87,14 @@ std::optional<std::int64_t> keeper_of_warehouse(connection& with, std::int64_t c
 std::vector<warehouse_option> warehouse_options(connection& with, std::int64_t company) {
     std::vector<warehouse_option> all;
     with.query(g_options, {company}, [&](const row& one) {
+        all.push_back({one.integer(0), std::string(one.text(1)), one.integer(2), 0});
+    });
+    return all;
+}
+
+std::vector<warehouse_option> warehouse_stock(connection& with, std::int64_t company) {
+    std::vector<warehouse_option> all;
+    with.query(g_stock, {company, company}, [&](const row& one) {
         all.push_back({one.integer(0), std::string(one.text(1)), one.integer(2), one.integer(3)});
     });
     return all;

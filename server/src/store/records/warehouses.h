@@ -52,9 +52,11 @@ struct warehouse_option {
     std::int64_t id;
     std::string name;
     std::int64_t isdefault;
-    std::int64_t on_hand; /**< quantity of all the stock that lies in it */
+    std::int64_t on_hand; /**< of all the stock that lies in it, less what is claimed by quantity */
 };
-/** The live warehouses by id. */
+/** The live warehouses by id; nobody looks at what is on hand. */
 std::vector<warehouse_option> warehouse_options(connection& with, std::int64_t company);
+/** The same with what is on hand: every stock row is read. */
+std::vector<warehouse_option> warehouse_stock(connection& with, std::int64_t company);
 
 } // namespace tavrok::store
