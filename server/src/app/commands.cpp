@@ -23,8 +23,10 @@ std::int64_t now() {
     return static_cast<std::int64_t>(std::time(nullptr));
 }
 
-std::unique_ptr<store::database> open_database(const config& chosen) {
-    store::options how;
+/** A statement that looks at everything once may take longer than one that answers a request. */
+constexpr std::chrono::minutes g_proof_timeout{60};
+
+std::unique_ptr<store::database> open_database(const config& chosen, store::options how = {}) {
     how.location = chosen.database;
     how.readers = 1;
     auto opened = store::open(how);
@@ -94,7 +96,9 @@ int check(const config& chosen) {
     if (is_file && !std::filesystem::exists(chosen.database)) {
         throw std::runtime_error("there is no database " + chosen.database);
     }
-    const auto database = open_database(chosen);
+    store::options how;
+    how.statement_timeout = g_proof_timeout;
+    const auto database = open_database(chosen, how);
     std::vector<domain::finding> found;
     store::read_now(*database, [&](store::connection& with) { found = domain::check(with); });
     database->stop();

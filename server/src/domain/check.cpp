@@ -4,6 +4,7 @@
 
 #include "domain/employees.h"
 #include "domain/fold.h"
+#include "domain/ledger_check.h"
 #include "domain/menu_edit.h"
 #include "store/records/menu.h"
 #include "store/records/proofs.h"
@@ -138,6 +139,7 @@ std::vector<finding> check(store::connection& with) {
     check_folded(with, found);
     check_menu(with, found);
     check_ids(with, found);
+    check_ledger(with, found);
     return found;
 }
 

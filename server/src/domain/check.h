@@ -9,7 +9,7 @@ namespace tavrok::domain {
 
 /** One row that breaks a promise. */
 struct finding {
-    std::string rule; /**< a word: "counter", "folded", "reference", "menu", "id" */
+    std::string rule; /**< a word: "counter", "folded", "reference", "menu", "ledger", ... */
     std::string text; /**< a sentence with the offending row */
 };
 

@@ -6,12 +6,14 @@
 #include <map>
 
 #include "domain/accounts.h"
+#include "domain/demo_documents.h"
 #include "domain/demo_goods.h"
 #include "domain/demo_partners.h"
 #include "domain/demo_staff.h"
 #include "domain/grants.h"
 #include "domain/menu.h"
 #include "domain/refused.h"
+#include "domain/sessions.h"
 
 namespace tavrok::domain {
 
@@ -76,7 +78,14 @@ void grant_pages(store::connection& with, const user_key& whom, const wanted_rig
 wanted_rights keeper_rights() {
     const std::vector<std::string> all{"search", "add", "add_child", "edit", "delete"};
     const std::vector<std::string> documents{"search", "add", "view", "print", "detail_add", "detail_print"};
-    return {{"stock_summary", {"search", "print"}},
+    return {{"instore_production", documents},
+            {"instore_receive_return", documents},
+            {"instore_lend_return", documents},
+            {"instore_other", documents},
+            {"outstore_receive", documents},
+            {"outstore_lend", documents},
+            {"outstore_other", documents},
+            {"stock_summary", {"search", "print"}},
             {"stock_detail", {"search"}},
             {"stock_taking", documents},
             {"stock_allot", documents},
@@ -112,6 +121,16 @@ void fill_partners(store::connection& with, const principal& who, std::array<int
     }
 }
 
+/** Documents of several users, each with his own rights, in a session that is over when they are written. */
+void fill_documents(store::connection& with, const std::array<user_key, 3>& writers, std::int64_t now) {
+    const auto enter = [&](const user_key& whom) {
+        return resume(with, open_session(with, whom.company, whom.user, "demo", now), now).value();
+    };
+    tell_documents(with, {enter(writers[0]), enter(writers[1]), enter(writers[2])}, now);
+    for (const auto& one : writers)
+        void_access(with, one.company, one.user);
+}
+
 std::vector<demo_account> make_main_company(store::connection& with, std::string_view pepper,
                                             std::int64_t start, std::int64_t now) {
     const auto company = create_company(with, "澜杉市拓瓦克演示商贸有限公司", true, start);
@@ -131,9 +150,10 @@ std::vector<demo_account> make_main_company(store::connection& with, std::string
     fill_partners(with, administrator_of(company, admin), {45, 38, 32}, 0, now);
     fill_staff(with, administrator_of(company, admin), {0, 40, 4}, now);
     fill_goods(with, administrator_of(company, admin), {5, 5, 200}, now);
+    fill_documents(with, {{{company, admin}, {company, keeper}, {company, buyer}}}, now);
     return {{"demo_admin", "管理员，拥有全部权限"},
             {"demo_clerk", "普通用户，可维护供应商、查询其他单位"},
-            {"demo_keeper", "普通用户，库管员：管理库存、仓库和基础资料"},
+            {"demo_keeper", "普通用户，库管员：办理部分出入库，管理库存、仓库和基础资料"},
             {"demo_buyer", "普通用户，采购员：办理采购入库、维护供应商"},
             {"demo_guest", "普通用户，没有任何权限"},
             {"demo_gone", "已停用的用户"}};

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "domain/document_kinds.h"
 #include "domain/documents.h"
 #include "domain/employees.h"
@@ -7,14 +9,22 @@ namespace tavrok::domain {
 
 namespace {
 
+/** Numbers are capitals, digits and a hyphen: so is a pattern that is to find them whatever its case. */
+std::string number_pattern(const std::string& word) {
+    auto pattern = criterion_pattern(word);
+    std::transform(pattern.begin(), pattern.end(), pattern.begin(), [](char letter) {
+        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    });
+    return pattern;
+}
+
 store::list_filter filter_of(const principal& who, document_module module, const document_search& search,
                              std::optional<std::int64_t> operater) {
     store::list_filter filter{who.company, {}};
     store::of_kind(filter, module, search.type);
     if (search.date_start) store::at_least(filter, "added_at", *search.date_start);
     if (search.date_end) store::at_most(filter, "added_at", *search.date_end);
-    store::like(filter, "lower(sn)",
-                criterion_pattern(search.sn)); // of ASCII letters, as both databases fold
+    store::like(filter, "sn", number_pattern(search.sn));
     if (search.partner) store::equal(filter, "partner", *search.partner);
     if (operater) store::equal(filter, "operater", *operater);
     if (search.writer) store::equal(filter, "writer", *search.writer);

@@ -56,7 +56,7 @@ std::int64_t add_money(std::int64_t left, std::int64_t right) {
 bool agrees(std::int64_t sum, std::int64_t told, std::int64_t parts) {
     constexpr unsigned exact_bits = 50; // of a binary fraction's 53, the last ones are left to the adding up
     const auto off = sum > told ? sum - told : told - sum;
-    return off < parts + (sum >> exact_bits) * parts;
+    return off < parts + ((sum < 0 ? -sum : sum) >> exact_bits) * parts;
 }
 
 } // namespace tavrok::domain

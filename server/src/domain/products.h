@@ -55,6 +55,7 @@ added add_product(store::connection& with, const principal& who, const product& 
 /** A category that is changed must be live, or 0. */
 void edit_product(store::connection& with, const principal& who, const product_change& change,
                   std::int64_t now);
+/** Refused while anything of it is on hand. */
 void remove_product(store::connection& with, const principal& who, std::int64_t id, std::int64_t now);
 
 } // namespace tavrok::domain

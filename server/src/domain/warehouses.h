@@ -51,6 +51,7 @@ added add_warehouse(store::connection& with, const principal& who, const warehou
  * be the one whom the warehouse has, retired or not. */
 void edit_warehouse(store::connection& with, const principal& who, const warehouse& what,
                     std::string_view keeper, std::int64_t now);
+/** Refused while anything in it is on hand. */
 void remove_warehouse(store::connection& with, const principal& who, std::int64_t id, std::int64_t now);
 
 } // namespace tavrok::domain

@@ -67,7 +67,16 @@ constexpr auto g_folded_columns = std::to_array<folded_column>({
     {"product", "name"},
     {"product", "code"},
     {"product", "spec"},
+    {"stock", "place"},
+    {"stock", "remark"},
+    {"document", "remark"},
 });
+
+/** Listed stock is of a product, and in a warehouse, that is live. */
+constexpr const char* g_stocked_product =
+    "p.company = c.company AND p.id = c.product AND (p.state = 1 OR c.listed = 0)";
+constexpr const char* g_stocking_warehouse =
+    "p.company = c.company AND p.id = c.warehouse AND (p.state = 1 OR c.listed = 0)";
 
 /** What a live node asks of the one above it. */
 constexpr const char* g_above =
@@ -110,10 +119,39 @@ constexpr auto g_references = std::to_array<reference>({
     {"product", "id", "app_user", "p.company = c.company AND p.id = c.added_by"},
     {"product", "id", "category",
      "p.company = c.company AND p.id = c.category AND (p.state = 1 OR c.state = 2)", "c.category <> 0"},
+    {"stock", "id", "company", "p.id = c.company"},
+    {"stock", "id", "product", g_stocked_product},
+    {"stock", "id", "warehouse", g_stocking_warehouse},
+    {"document", "id", "company", "p.id = c.company"},
+    {"document", "id", "employee", "p.company = c.company AND p.id = c.operater"},
+    {"document", "id", "app_user", "p.company = c.company AND p.id = c.writer"},
+    {"document", "id", "app_user", "p.company = c.company AND p.id = c.deleted_by",
+     "c.deleted_by IS NOT NULL"},
+    {"document", "id", "partner", "p.company = c.company AND p.id = c.partner", "c.partner IS NOT NULL"},
+    {"document", "id", "department", "p.company = c.company AND p.id = c.dept", "c.dept <> 0"},
+    {"document_line", "id", "document", "p.company = c.company AND p.id = c.document"},
+    {"document_line", "id", "product", "p.company = c.company AND p.id = c.product"},
+    {"document_line", "id", "warehouse", "p.company = c.company AND p.id = c.warehouse"},
+    {"document_line", "id", "stock", "p.company = c.company AND p.id = c.stock"},
+    {"movement", "id", "stock", "p.company = c.company AND p.id = c.stock"},
+    {"movement", "id", "document", "p.company = c.company AND p.id = c.document"},
+    {"movement", "id", "document_line", "p.company = c.company AND p.id = c.line"},
+    {"movement", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"claim", "id", "stock", "p.company = c.company AND p.id = c.stock"},
+    {"claim", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"draft", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
+    {"draft", "id", "employee", "p.company = c.company AND p.id = c.operater"},
+    {"draft", "id", "partner", "p.company = c.company AND p.id = c.partner", "c.partner IS NOT NULL"},
+    {"draft", "id", "department", "p.company = c.company AND p.id = c.dept", "c.dept <> 0"},
+    {"draft_line", "id", "draft", "p.company = c.company AND p.id = c.draft"},
+    {"draft_line", "id", "product", "p.company = c.company AND p.id = c.product"},
+    {"draft_line", "id", "warehouse", "p.company = c.company AND p.id = c.warehouse"},
+    {"document_number", "day", "company", "p.id = c.company"},
 });
 
 constexpr auto g_tables_with_ids = std::to_array<const char*>(
-    {"company", "app_user", "menu", "partner", "employee", "warehouse", "department", "category", "product"});
+    {"company", "app_user", "menu", "partner", "employee", "warehouse", "department", "category", "product",
+     "stock", "document", "document_line", "draft", "draft_line"});
 
 } // namespace
 
@@ -142,7 +180,8 @@ void each_folded_text(connection& with, const std::function<void(const folded_te
     for (const auto& [table, column] : g_folded_columns) {
         const statement search{std::string("proof_folded_") + table + '_' + column,
                                std::string("SELECT company, id, ") + column + ", " + column +
-                                   "_folded FROM " + table + " ORDER BY company, id"};
+                                   "_folded FROM " + table + " WHERE " + column + " <> '' OR " + column +
+                                   "_folded <> '' ORDER BY company, id"};
         with.query(search, {}, [&, name = table](const row& one) {
             each({name, one.integer(0), one.integer(1), std::string(one.text(2)), std::string(one.text(3))});
         });
@@ -150,8 +189,9 @@ void each_folded_text(connection& with, const std::function<void(const folded_te
 }
 
 void each_orphan(connection& with, const std::function<void(const orphan&)>& each) {
+    int number = 0; // a table may name another one twice
     for (const auto& [table, id, parent, fits, only] : g_references) {
-        const statement search{std::string("proof_") + table + "_" + parent,
+        const statement search{"proof_reference_" + std::to_string(++number),
                                std::string("SELECT c.company, c.") + id + " FROM " + table + " c WHERE " +
                                    only + " AND NOT EXISTS (SELECT 1 FROM " + parent + " p WHERE " + fits +
                                    ") ORDER BY c.company, c." + id};

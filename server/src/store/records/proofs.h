@@ -29,7 +29,7 @@ struct wrong_list_counter {
 };
 void each_wrong_list_counter(connection& with, const std::function<void(const wrong_list_counter&)>& each);
 
-/** Every text of a row that has a folded column, of the plain lists. */
+/** Every text of a row that has a folded column, of the plain lists; none where both are empty. */
 struct folded_text {
     std::string table;
     std::int64_t company;

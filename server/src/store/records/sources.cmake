@@ -8,6 +8,7 @@ set(WMSD_RECORD_SOURCES
     records/drafts.cpp
     records/employees.cpp
     records/grants.cpp
+    records/ledger_proofs.cpp
     records/listing.cpp
     records/live_rows.cpp
     records/login_failures.cpp

@@ -1,0 +1,162 @@
+#include "store/records/ledger_proofs.h"
+
+#include <span>
+
+namespace tavrok::store {
+
+namespace {
+
+/** What must not be true of a row. */
+struct fault {
+    const char* rule;
+    const char* when; // true of a row that breaks the promise; null is as good as false
+    const char* words;
+};
+
+/** Rows and their faults: one statement, which gives the rows that have any. */
+struct proof {
+    const char* table; // its rows are r
+    const char* joined;
+    std::span<const fault> faults;
+};
+
+// Products are made of NUMERIC values: a damaged figure may be too large for a product of 64 bits.
+
+constexpr const char* g_around_stock =
+    "LEFT JOIN (SELECT company, stock, sum(amount) AS amount, sum(value) AS value FROM movement "
+    "GROUP BY company, stock) m ON m.company = r.company AND m.stock = r.id "
+    "LEFT JOIN (SELECT company, stock, sum(CASE WHEN use = 2 THEN 0 ELSE amount END) AS amount, "
+    "sum(CASE WHEN use = 2 THEN 1 ELSE 0 END) AS holds, min(CASE WHEN use = 2 THEN user_id END) AS one, "
+    "max(CASE WHEN use = 2 THEN user_id END) AS other FROM claim WHERE state = 1 GROUP BY company, stock) c "
+    "ON c.company = r.company AND c.stock = r.id "
+    "LEFT JOIN (SELECT l.company, l.stock, count(*) AS lines FROM document_line l JOIN document d "
+    "ON d.company = l.company AND d.id = l.document WHERE d.module = 1 GROUP BY l.company, l.stock) b "
+    "ON b.company = r.company AND b.stock = r.id";
+constexpr fault g_stock_faults[] = {
+    {"ledger", "r.on_hand <> coalesce(m.amount, 0)", "has another quantity on hand than its movements"},
+    {"ledger", "CAST(r.on_hand AS NUMERIC) * r.price <> coalesce(m.value, 0)",
+     "is worth another sum than its movements"},
+    {"ledger", "r.on_hand < 0", "has less than nothing on hand"},
+    {"ledger", "r.listed <> CASE WHEN r.on_hand > 0 THEN 1 ELSE 0 END",
+     "is listed with nothing on hand, or not listed with something"},
+    {"ledger", "coalesce(b.lines, 0) <> 1", "was not brought in by exactly one line"},
+    {"claim", "r.claimed <> coalesce(c.amount, 0)", "tells another claimed quantity than its claims"},
+    {"claim", "r.claimed < 0 OR r.claimed > r.on_hand", "has more claimed than is on hand"},
+    {"claim", "r.holds <> coalesce(c.holds, 0)", "tells another number of holds than its claims"},
+    {"claim", "r.holder <> coalesce(c.one, 0)", "tells another holder than its claims"},
+    {"claim", "c.one <> c.other", "is held by more than one user"},
+};
+
+constexpr fault g_claim_faults[] = {
+    {"claim", "r.state NOT IN (1, 2, 3, 4)", "is in no known state"},
+    {"claim", "r.state = 1 AND r.ended_at IS NOT NULL", "is active and has an end"},
+    {"claim", "r.state <> 1 AND r.ended_at IS NULL", "has ended and does not say when"},
+    {"claim", "r.amount < 0", "claims less than nothing"},
+    {"claim", "r.use = 2 AND r.amount <> 0", "holds its row as a whole and claims a quantity"},
+    {"claim", "lower(substr(r.token, 1, 1)) = upper(substr(r.token, 1, 1))",
+     "has a token that does not begin with a letter"},
+};
+
+constexpr const char* g_around_document =
+    "LEFT JOIN (SELECT company, document, sum(total) AS total FROM document_line GROUP BY company, document) "
+    "l ON l.company = r.company AND l.document = r.id";
+constexpr fault g_document_faults[] = {
+    {"document", "l.document IS NULL", "has no lines"},
+    {"document", "r.total <> l.total", "tells another total than its lines"},
+    {"document", "r.state NOT IN (1, 2)", "is in no known state"},
+    {"document", "r.state = 1 AND (r.deleted_at IS NOT NULL OR r.deleted_by IS NOT NULL)",
+     "is live and tells who deleted it, or when"},
+    {"document", "r.state = 2 AND (r.deleted_at IS NULL OR r.deleted_by IS NULL)",
+     "is deleted and does not tell who did it, or when"},
+};
+
+constexpr const char* g_around_line =
+    "JOIN document d ON d.company = r.company AND d.id = r.document "
+    "JOIN stock s ON s.company = r.company AND s.id = r.stock "
+    "LEFT JOIN (SELECT company, line, count(*) AS moves, min(amount) AS least, max(amount) AS most, "
+    "sum(amount) AS amount, min(value) AS least_value, max(value) AS most_value, min(stock) AS stock, "
+    "max(stock) AS other_stock, min(document) AS document, max(document) AS other_document FROM movement "
+    "GROUP BY company, line) m ON m.company = r.company AND m.line = r.id";
+constexpr fault g_line_faults[] = {
+    {"document", "CAST(r.amount AS NUMERIC) * r.price <> r.total",
+     "tells another total than amount times price"},
+    {"document", "s.product <> r.product OR s.warehouse <> r.warehouse OR s.place <> r.place",
+     "tells other goods, or another place, than its stock row"},
+    {"document", "d.module = 1 AND s.price <> r.price",
+     "tells another price than the stock row that it made"},
+    {"ledger", "coalesce(m.moves, 0) <> CASE WHEN d.state = 2 THEN 2 ELSE 1 END",
+     "has more or fewer movements than it must have"},
+    {"ledger", "m.amount <> CASE WHEN d.state = 2 THEN 0 WHEN d.module = 1 THEN r.amount ELSE -r.amount END",
+     "moved another quantity than it tells"},
+    {"ledger", "d.state = 2 AND (m.least <> -r.amount OR m.most <> r.amount)",
+     "was not undone by a contrary movement"},
+    {"ledger",
+     "CAST(m.least AS NUMERIC) * s.price <> m.least_value OR CAST(m.most AS NUMERIC) * s.price <> "
+     "m.most_value",
+     "moved another value than its quantity has"},
+    {"ledger", "m.stock <> r.stock OR m.other_stock <> r.stock", "moved another stock row than it names"},
+    {"ledger", "m.document <> r.document OR m.other_document <> r.document",
+     "has movements that name another document"},
+};
+
+constexpr const char* g_around_draft =
+    "LEFT JOIN (SELECT company, draft, count(*) AS lines FROM draft_line GROUP BY company, draft) l "
+    "ON l.company = r.company AND l.draft = r.id";
+constexpr fault g_draft_faults[] = {
+    {"draft", "r.lines <> coalesce(l.lines, 0)", "tells another number of lines than it has"},
+};
+
+const proof g_proofs[] = {
+    {"stock", g_around_stock, g_stock_faults},          {"claim", "", g_claim_faults},
+    {"document", g_around_document, g_document_faults}, {"document_line", g_around_line, g_line_faults},
+    {"draft", g_around_draft, g_draft_faults},
+};
+
+statement search_of(const proof& one) {
+    std::string flags;
+    std::string any;
+    for (const auto& wrong : one.faults) {
+        flags += std::string(", CASE WHEN ") + wrong.when + " THEN 1 ELSE 0 END";
+        any += std::string(any.empty() ? "(" : " OR (") + wrong.when + ")";
+    }
+    return {std::string("proof_promises_") + one.table,
+            "SELECT r.company, r.id" + flags + " FROM " + one.table + " r " + one.joined + " WHERE " + any};
+}
+
+const statement g_heads{
+    "proof_document_heads",
+    "SELECT d.company, d.id, d.module, d.type, coalesce(d.sn, ''), d.added_at, d.partner, p.type, d.has_dept "
+    "FROM document d LEFT JOIN partner p ON p.company = d.company AND p.id = d.partner "
+    "ORDER BY d.company, d.id"};
+const statement g_series{"proof_number_series",
+                         "SELECT company, kind, day, last FROM document_number ORDER BY company, kind, day"};
+
+} // namespace
+
+void each_broken_promise(connection& with, const std::function<void(const broken_promise&)>& each) {
+    for (const auto& one : g_proofs) {
+        with.query(search_of(one), {}, [&](const row& found) {
+            int column = 2;
+            for (const auto& wrong : one.faults) {
+                if (found.integer(column++) == 0) continue;
+                each({wrong.rule, one.table, found.integer(0), found.integer(1), wrong.words});
+            }
+        });
+    }
+}
+
+void each_document_head(connection& with, const std::function<void(const document_head&)>& each) {
+    with.query(g_heads, {}, [&](const row& one) {
+        each({one.integer(0), one.integer(1), one.integer(2), one.integer(3), std::string(one.text(4)),
+              one.integer(5), !one.null(6), one.null(7) ? std::nullopt : std::optional(one.integer(7)),
+              one.integer(8) != 0});
+    });
+}
+
+void each_number_series(connection& with, const std::function<void(const number_series&)>& each) {
+    with.query(g_series, {}, [&](const row& one) {
+        each({one.integer(0), std::string(one.text(1)), one.integer(2), one.integer(3)});
+    });
+}
+
+} // namespace tavrok::store
