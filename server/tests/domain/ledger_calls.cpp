@@ -32,6 +32,7 @@ void ledger_player::write(const actor& who, module what) {
         if (one_in(15)) drop_line(who);
     }
     if (one_in(12)) wait();
+    if (one_in(12)) retire();
     if (!one_in(8)) close(who, draft);
 }
 
@@ -252,7 +253,9 @@ void ledger_player::take(const actor& who) {
     domain::claim_wish wish;
     wish.use = one_in(4) ? claim_use::stocktaking : one_in(4) ? claim_use::transfer : claim_use::outbound;
     wish.stock = rows.empty() ? 4711 : &rows == &oracle.stock ? some_row(oracle) : any(rows).first;
-    const auto there = rows.empty() ? 0 : static_cast<int>(rows.at(wish.stock).on_hand);
+    for (const auto& [token, one] : oracle.claims) // who holds a row may hold it again
+        if (one.use == claim_use::stocktaking && one_in(6)) wish = {one.use, one.stock, 0};
+    const auto there = rows.count(wish.stock) == 0 ? 0 : static_cast<int>(rows.at(wish.stock).on_hand);
     wish.amount = one_in(30) ? -1 : below(there / (one_in(3) ? 1 : 3) + 2);
     m_story.push_back("session " + std::to_string(who.session) + " claims " + std::to_string(wish.amount) +
                       " of row " + std::to_string(wish.stock) + " for " +
@@ -269,7 +272,10 @@ void ledger_player::take(const actor& who) {
 
 void ledger_player::give_back(const actor& who) {
     const auto& from = one_in(10) ? other(who).tokens : mine(who).tokens;
-    const auto token = from.empty() || one_in(20) ? std::string("Lnone") : any(from);
+    const auto& live = mine(who).oracle.claims;
+    const auto token = !live.empty() && one_in(2)   ? any(live).first
+                       : from.empty() || one_in(20) ? std::string("Lnone")
+                                                    : any(from);
     m_story.push_back("session " + std::to_string(who.session) + " gives back " + token);
     const auto got = request(who, [&](store::connection& with, const principal& by) {
         domain::give_back_claim(with, by, token, m_now);

@@ -279,7 +279,7 @@ answer ledger_oracle::take(std::int64_t by, const domain::claim_wish& wish, cons
     const bool whole = wish.use == claim_use::stocktaking;
     if (whole) {
         for (const auto& [other, one] : claims)
-            if (one.stock == wish.stock && one.user != user && one.amount > 0) return answer::refused;
+            if (one.stock == wish.stock && one.user != user) return answer::refused;
     } else if (wish.amount < 0 || wish.amount > at->second.on_hand - claimed(wish.stock)) {
         return answer::refused;
     }

@@ -196,8 +196,13 @@ void ledger_player::retire() {
     const bool product = one_in(2);
     auto& all = product ? to.oracle.products : to.oracle.warehouses;
     const bool fresh = one_in(3);
-    const auto id =
-        one_in(8) ? any(product ? other(who).of.products : other(who).of.warehouses) : any(all).first;
+    std::vector<std::int64_t> named; // by drafts: they must notice
+    for (const auto& [draft, one] : to.oracle.drafts)
+        for (const auto& [line, of] : one.lines)
+            named.push_back(product ? of.what.product : of.what.warehouse);
+    const auto& foreign = other(who).of;
+    auto id = named.empty() || one_in(3) ? any(all).first : any(named);
+    if (one_in(8)) id = any(product ? foreign.products : foreign.warehouses);
     m_story.push_back((fresh ? "add a " : "retire ") + std::string(product ? "product " : "warehouse ") +
                       std::to_string(id));
     std::int64_t made = 0;

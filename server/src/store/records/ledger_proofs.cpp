@@ -15,36 +15,47 @@ struct fault {
 
 /** Rows and their faults: one statement, which gives the rows that have any. */
 struct proof {
-    const char* table; // its rows are r
-    const char* joined;
+    const char* name;
+    const char* table; // that the rows are of
+    const char* from;  // the row is r
+    const char* linked;
     std::span<const fault> faults;
 };
 
+// A CROSS JOIN tells SQLite where to begin: with the groups of an index, which it then need not keep.
 // Products are made of NUMERIC values: a damaged figure may be too large for a product of 64 bits.
 
-constexpr const char* g_around_stock =
-    "LEFT JOIN (SELECT company, stock, sum(amount) AS amount, sum(value) AS value FROM movement "
-    "GROUP BY company, stock) m ON m.company = r.company AND m.stock = r.id "
-    "LEFT JOIN (SELECT company, stock, sum(CASE WHEN use = 2 THEN 0 ELSE amount END) AS amount, "
+constexpr const char* g_moved_stock =
+    "(SELECT company, stock, sum(amount) AS amount, sum(value) AS value FROM movement "
+    "GROUP BY company, stock) m CROSS JOIN stock r";
+constexpr fault g_moved_stock_faults[] = {
+    {"ledger", "r.on_hand <> m.amount", "has another quantity on hand than its movements"},
+    {"ledger", "CAST(r.on_hand AS NUMERIC) * r.price <> m.value", "is worth another sum than its movements"},
+};
+
+constexpr const char* g_claimed_stock =
+    "stock r LEFT JOIN (SELECT company, stock, sum(CASE WHEN use = 2 THEN 0 ELSE amount END) AS amount, "
     "sum(CASE WHEN use = 2 THEN 1 ELSE 0 END) AS holds, min(CASE WHEN use = 2 THEN user_id END) AS one, "
     "max(CASE WHEN use = 2 THEN user_id END) AS other FROM claim WHERE state = 1 GROUP BY company, stock) c "
-    "ON c.company = r.company AND c.stock = r.id "
-    "LEFT JOIN (SELECT l.company, l.stock, count(*) AS lines FROM document_line l JOIN document d "
-    "ON d.company = l.company AND d.id = l.document WHERE d.module = 1 GROUP BY l.company, l.stock) b "
-    "ON b.company = r.company AND b.stock = r.id";
-constexpr fault g_stock_faults[] = {
-    {"ledger", "r.on_hand <> coalesce(m.amount, 0)", "has another quantity on hand than its movements"},
-    {"ledger", "CAST(r.on_hand AS NUMERIC) * r.price <> coalesce(m.value, 0)",
-     "is worth another sum than its movements"},
+    "ON c.company = r.company AND c.stock = r.id";
+constexpr fault g_claimed_stock_faults[] = {
+    {"ledger", "NOT EXISTS (SELECT 1 FROM movement m WHERE m.company = r.company AND m.stock = r.id)",
+     "has no movements"},
     {"ledger", "r.on_hand < 0", "has less than nothing on hand"},
     {"ledger", "r.listed <> CASE WHEN r.on_hand > 0 THEN 1 ELSE 0 END",
      "is listed with nothing on hand, or not listed with something"},
-    {"ledger", "coalesce(b.lines, 0) <> 1", "was not brought in by exactly one line"},
     {"claim", "r.claimed <> coalesce(c.amount, 0)", "tells another claimed quantity than its claims"},
     {"claim", "r.claimed < 0 OR r.claimed > r.on_hand", "has more claimed than is on hand"},
     {"claim", "r.holds <> coalesce(c.holds, 0)", "tells another number of holds than its claims"},
     {"claim", "r.holder <> coalesce(c.one, 0)", "tells another holder than its claims"},
     {"claim", "c.one <> c.other", "is held by more than one user"},
+};
+
+constexpr const char* g_made_stock =
+    "(SELECT l.company, l.stock AS id, count(*) AS lines FROM document_line l JOIN document d "
+    "ON d.company = l.company AND d.id = l.document WHERE d.module = 1 GROUP BY l.company, l.stock) r";
+constexpr fault g_made_stock_faults[] = {
+    {"ledger", "r.lines > 1", "was brought in by more than one line"},
 };
 
 constexpr fault g_claim_faults[] = {
@@ -57,9 +68,9 @@ constexpr fault g_claim_faults[] = {
      "has a token that does not begin with a letter"},
 };
 
-constexpr const char* g_around_document =
-    "LEFT JOIN (SELECT company, document, sum(total) AS total FROM document_line GROUP BY company, document) "
-    "l ON l.company = r.company AND l.document = r.id";
+constexpr const char* g_document =
+    "document r LEFT JOIN (SELECT company, document, sum(total) AS total FROM document_line "
+    "GROUP BY company, document) l ON l.company = r.company AND l.document = r.id";
 constexpr fault g_document_faults[] = {
     {"document", "l.document IS NULL", "has no lines"},
     {"document", "r.total <> l.total", "tells another total than its lines"},
@@ -70,46 +81,65 @@ constexpr fault g_document_faults[] = {
      "is deleted and does not tell who did it, or when"},
 };
 
-constexpr const char* g_around_line =
-    "JOIN document d ON d.company = r.company AND d.id = r.document "
-    "JOIN stock s ON s.company = r.company AND s.id = r.stock "
-    "LEFT JOIN (SELECT company, line, count(*) AS moves, min(amount) AS least, max(amount) AS most, "
-    "sum(amount) AS amount, min(value) AS least_value, max(value) AS most_value, min(stock) AS stock, "
-    "max(stock) AS other_stock, min(document) AS document, max(document) AS other_document FROM movement "
-    "GROUP BY company, line) m ON m.company = r.company AND m.line = r.id";
+constexpr const char* g_line =
+    "document_line r LEFT JOIN document d ON d.company = r.company AND d.id = r.document "
+    "LEFT JOIN stock s ON s.company = r.company AND s.id = r.stock";
 constexpr fault g_line_faults[] = {
+    {"reference", "d.id IS NULL", "names a row of document that is not there"},
+    {"reference", "s.id IS NULL", "names a row of stock that is not there"},
     {"document", "CAST(r.amount AS NUMERIC) * r.price <> r.total",
      "tells another total than amount times price"},
     {"document", "s.product <> r.product OR s.warehouse <> r.warehouse OR s.place <> r.place",
      "tells other goods, or another place, than its stock row"},
     {"document", "d.module = 1 AND s.price <> r.price",
      "tells another price than the stock row that it made"},
-    {"ledger", "coalesce(m.moves, 0) <> CASE WHEN d.state = 2 THEN 2 ELSE 1 END",
+    {"ledger", "NOT EXISTS (SELECT 1 FROM movement m WHERE m.company = r.company AND m.line = r.id)",
+     "has no movements"},
+};
+
+constexpr const char* g_moved_line =
+    "(SELECT company, line, count(*) AS moves, min(amount) AS least, max(amount) AS most, sum(amount) AS "
+    "amount "
+    "FROM movement GROUP BY company, line) m CROSS JOIN document_line r CROSS JOIN document d";
+constexpr fault g_moved_line_faults[] = {
+    {"ledger", "m.moves <> CASE WHEN d.state = 2 THEN 2 ELSE 1 END",
      "has more or fewer movements than it must have"},
     {"ledger", "m.amount <> CASE WHEN d.state = 2 THEN 0 WHEN d.module = 1 THEN r.amount ELSE -r.amount END",
      "moved another quantity than it tells"},
     {"ledger", "d.state = 2 AND (m.least <> -r.amount OR m.most <> r.amount)",
      "was not undone by a contrary movement"},
-    {"ledger",
-     "CAST(m.least AS NUMERIC) * s.price <> m.least_value OR CAST(m.most AS NUMERIC) * s.price <> "
-     "m.most_value",
-     "moved another value than its quantity has"},
-    {"ledger", "m.stock <> r.stock OR m.other_stock <> r.stock", "moved another stock row than it names"},
-    {"ledger", "m.document <> r.document OR m.other_document <> r.document",
-     "has movements that name another document"},
 };
 
-constexpr const char* g_around_draft =
-    "LEFT JOIN (SELECT company, draft, count(*) AS lines FROM draft_line GROUP BY company, draft) l "
+constexpr const char* g_movement =
+    "movement r LEFT JOIN document_line l ON l.company = r.company AND l.id = r.line "
+    "LEFT JOIN stock s ON s.company = r.company AND s.id = r.stock";
+constexpr fault g_movement_faults[] = {
+    {"reference", "l.id IS NULL", "names a row of document_line that is not there"},
+    {"reference", "s.id IS NULL", "names a row of stock that is not there"},
+    {"ledger", "r.document <> l.document", "names another document than its line"},
+    {"ledger", "r.stock <> l.stock", "names another stock row than its line"},
+    {"ledger", "CAST(r.amount AS NUMERIC) * s.price <> r.value", "has another value than its quantity"},
+};
+
+constexpr const char* g_draft =
+    "draft r LEFT JOIN (SELECT company, draft, count(*) AS lines FROM draft_line GROUP BY company, draft) l "
     "ON l.company = r.company AND l.draft = r.id";
 constexpr fault g_draft_faults[] = {
     {"draft", "r.lines <> coalesce(l.lines, 0)", "tells another number of lines than it has"},
 };
 
 const proof g_proofs[] = {
-    {"stock", g_around_stock, g_stock_faults},          {"claim", "", g_claim_faults},
-    {"document", g_around_document, g_document_faults}, {"document_line", g_around_line, g_line_faults},
-    {"draft", g_around_draft, g_draft_faults},
+    {"moved_stock", "stock", g_moved_stock, "r.company = m.company AND r.id = m.stock", g_moved_stock_faults},
+    {"claimed_stock", "stock", g_claimed_stock, "1 = 1", g_claimed_stock_faults},
+    {"made_stock", "stock", g_made_stock, "1 = 1", g_made_stock_faults},
+    {"claim", "claim", "claim r", "1 = 1", g_claim_faults},
+    {"document", "document", g_document, "1 = 1", g_document_faults},
+    {"line", "document_line", g_line, "1 = 1", g_line_faults},
+    {"moved_line", "document_line", g_moved_line,
+     "r.company = m.company AND r.id = m.line AND d.company = r.company AND d.id = r.document",
+     g_moved_line_faults},
+    {"movement", "movement", g_movement, "1 = 1", g_movement_faults},
+    {"draft", "draft", g_draft, "1 = 1", g_draft_faults},
 };
 
 statement search_of(const proof& one) {
@@ -119,8 +149,8 @@ statement search_of(const proof& one) {
         flags += std::string(", CASE WHEN ") + wrong.when + " THEN 1 ELSE 0 END";
         any += std::string(any.empty() ? "(" : " OR (") + wrong.when + ")";
     }
-    return {std::string("proof_promises_") + one.table,
-            "SELECT r.company, r.id" + flags + " FROM " + one.table + " r " + one.joined + " WHERE " + any};
+    return {std::string("proof_") + one.name, "SELECT r.company, r.id" + flags + " FROM " + one.from +
+                                                  " WHERE " + one.linked + " AND (" + any + ")"};
 }
 
 const statement g_heads{

@@ -9,12 +9,11 @@
 
 namespace tavrok::store {
 
-/** What a proof of ledger, claims and documents reads: each table once, and the ledger once by stock row and
- * once by line. */
+/** What a proof of ledger, claims and documents reads: a few passes over each table, whatever their size. */
 
 /** A row that breaks a promise. */
 struct broken_promise {
-    std::string rule;  /**< a word: "ledger", "claim", "document", "draft" */
+    std::string rule;  /**< a word: "ledger", "claim", "document", "draft", "reference" */
     std::string table; /**< of the row */
     std::int64_t company;
     std::int64_t id;

@@ -129,13 +129,8 @@ constexpr auto g_references = std::to_array<reference>({
      "c.deleted_by IS NOT NULL"},
     {"document", "id", "partner", "p.company = c.company AND p.id = c.partner", "c.partner IS NOT NULL"},
     {"document", "id", "department", "p.company = c.company AND p.id = c.dept", "c.dept <> 0"},
-    {"document_line", "id", "document", "p.company = c.company AND p.id = c.document"},
     {"document_line", "id", "product", "p.company = c.company AND p.id = c.product"},
     {"document_line", "id", "warehouse", "p.company = c.company AND p.id = c.warehouse"},
-    {"document_line", "id", "stock", "p.company = c.company AND p.id = c.stock"},
-    {"movement", "id", "stock", "p.company = c.company AND p.id = c.stock"},
-    {"movement", "id", "document", "p.company = c.company AND p.id = c.document"},
-    {"movement", "id", "document_line", "p.company = c.company AND p.id = c.line"},
     {"movement", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
     {"claim", "id", "stock", "p.company = c.company AND p.id = c.stock"},
     {"claim", "id", "app_user", "p.company = c.company AND p.id = c.user_id"},
@@ -194,7 +189,7 @@ void each_orphan(connection& with, const std::function<void(const orphan&)>& eac
         const statement search{"proof_reference_" + std::to_string(++number),
                                std::string("SELECT c.company, c.") + id + " FROM " + table + " c WHERE " +
                                    only + " AND NOT EXISTS (SELECT 1 FROM " + parent + " p WHERE " + fits +
-                                   ") ORDER BY c.company, c." + id};
+                                   ")"};
         with.query(search, {}, [&, child = table, to = parent](const row& one) {
             each({child, to, one.integer(0), one.integer(1)});
         });
