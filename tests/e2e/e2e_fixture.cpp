@@ -4,11 +4,13 @@
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTreeWidget>
 
 #include "access/dlg_user_login.h"
 #include "app/window.h"
 #include "init_resources.h"
 #include "master/dlg_company_add.h"
+#include "model/list_table.h"
 #include "net/http.h"
 #include "support/modal.h"
 #include "support/screen.h"
@@ -48,6 +50,15 @@ QWidget* e2e_test::front(const window& shell) {
     return child<QTabWidget>(&shell, "main_tab")->currentWidget();
 }
 
+QStringList e2e_test::pages(const window& shell) {
+    QStringList keys;
+    auto* tree = child<QTreeWidget>(&shell, "treewidget");
+    for (int group = 0; group < tree->topLevelItemCount(); ++group)
+        for (int i = 0; i < tree->topLevelItem(group)->childCount(); ++i)
+            keys.append(tree->topLevelItem(group)->child(i)->text(2));
+    return keys;
+}
+
 QTableWidget* e2e_test::table(const QWidget* screen) {
     return child<QTableWidget>(screen, "tablewidget");
 }
@@ -55,7 +66,7 @@ QTableWidget* e2e_test::table(const QWidget* screen) {
 QStringList e2e_test::column(const QWidget* screen, int index) {
     QStringList texts;
     for (int row = 0; row < table(screen)->rowCount(); ++row)
-        texts.append(table(screen)->item(row, index)->text());
+        texts.append(cell_text(table(screen), row, index));
     return texts;
 }
 

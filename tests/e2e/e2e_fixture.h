@@ -26,6 +26,8 @@ protected:
     static void log_in(window& shell, const QString& name);
     /** The tab in front. */
     static QWidget* front(const window& shell);
+    /** The pages of the navigation tree by their keys, groups left out. */
+    static QStringList pages(const window& shell);
     static QTableWidget* table(const QWidget* screen);
     /** Texts of one column, from the top. */
     static QStringList column(const QWidget* screen, int index);

@@ -4,6 +4,7 @@
 
 #include <QDeadlineTimer>
 #include <QFile>
+#include <QUrl>
 #include <stdexcept>
 
 const QString demo_password = QStringLiteral("Tavrok-2026");
@@ -27,25 +28,28 @@ int run(const QStringList& arguments) {
 
 } // namespace
 
-service_process::service_process(const QStringList& options) {
+service_process::service_process(const QStringList& further_options) : options(further_options) {
     if (!folder.isValid()) throw std::runtime_error("no temporary folder");
     if (run({QStringLiteral("demo"), QStringLiteral("--database"), database()}) != 0)
         throw std::runtime_error("the demo data could not be made by " + program().toStdString());
-    start(options);
+    start(0);
 }
 
 service_process::~service_process() {
     stop();
 }
 
-void service_process::start(const QStringList& options) {
+/** Port 0 is any that is free. */
+void service_process::start(int wanted_port) {
     const QString port_path = folder.filePath(QStringLiteral("port"));
+    // One that was killed leaves its file.
+    QFile::remove(port_path);
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(folder.filePath(QStringLiteral("log")));
     process.start(program(), QStringList{QStringLiteral("serve"), QStringLiteral("--database"), database(),
                                          QStringLiteral("--listen"), QStringLiteral("127.0.0.1"),
-                                         QStringLiteral("--port"), QStringLiteral("0"),
+                                         QStringLiteral("--port"), QString::number(wanted_port),
                                          QStringLiteral("--port-file"), port_path} +
                                  options);
     const QDeadlineTimer deadline(deadline_ms);
@@ -102,6 +106,15 @@ int service_process::stop() {
     process.kill();
     process.waitForFinished(deadline_ms);
     return -1;
+}
+
+void service_process::kill() {
+    process.kill();
+    process.waitForFinished(deadline_ms);
+}
+
+void service_process::start_again() {
+    start(QUrl(root).port());
 }
 
 int service_process::check() {

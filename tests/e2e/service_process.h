@@ -20,14 +20,19 @@ public:
     QStringList read_database(const QString& query) const;
     /** Asks it to stop as an operator does and waits; gives its exit code, -1 if it had to be killed. */
     int stop();
+    /** Ends it without a warning, as a power cut does. */
+    void kill();
+    /** Starts it once more, with the same database, port and options. */
+    void start_again();
     /** What the service's own check of the database says: 0 when all is well. Only after stop(). */
     int check();
 
 private:
     QString database() const { return folder.filePath(QStringLiteral("wms.db")); }
-    void start(const QStringList& options);
+    void start(int port);
 
     QTemporaryDir folder;
+    QStringList options;
     QProcess process;
     QString root;
 };

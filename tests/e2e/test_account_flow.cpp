@@ -124,16 +124,6 @@ protected:
                                           click(dialog, "btn_close");
                                       });
     }
-
-    /** The action keys of the navigation tree, groups left out. */
-    static QStringList pages(const window& shell) {
-        QStringList keys;
-        auto* tree = child<QTreeWidget>(&shell, "treewidget");
-        for (int group = 0; group < tree->topLevelItemCount(); ++group)
-            for (int i = 0; i < tree->topLevelItem(group)->childCount(); ++i)
-                keys.append(tree->topLevelItem(group)->child(i)->text(2));
-        return keys;
-    }
 };
 
 } // namespace

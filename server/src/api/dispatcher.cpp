@@ -22,6 +22,9 @@ struct dispatcher::call {
     std::string body_hash; /**< writes only, as the next */
     std::string key;       /**< of the repeat gate */
     int tries{0};
+    /** The kept answer that stood there at the first look, 0 for none. One that comes later is to these bytes
+     * as well, from another service. */
+    std::optional<std::int64_t> former;
 
     outcome how{outcome::failed};
     std::string body;
@@ -230,19 +233,43 @@ void dispatcher::run_write(const shared_call& one) {
 void dispatcher::work_once(call& one, store::connection& db) {
     if (!admit(one, db)) return;
     domain::come_back(db, *one.who, one.now, m_with.options.sessions);
-    if (const auto known = m_house->unwritten_arrival(one.key)) domain::delivered(db, *one.who, *known);
-    if (auto former = domain::recall(db, *one.who, one.origin.path, one.body_hash, one.now)) {
-        one.body = std::move(*former);
+    if (const auto unwritten = m_house->unwritten_arrival(one.key))
+        domain::delivered(db, *one.who, *unwritten);
+    const auto path = scoped_path(one, db);
+    const auto known = domain::recall(db, *one.who, path, one.body_hash, one.now);
+    if (!one.former) one.former = known.id;
+    if (known.id != 0 && (!known.delivered || known.id != *one.former)) {
+        one.body = known.answer;
         one.how = outcome::replayed;
     } else {
-        context with{one.form.values, one.origin, one.now,           &db,
-                     &*one.who,       one.body,   one.password_hash, &one.reason};
-        const auto* hashed = std::get_if<hashed_work>(&one.what->work);
-        hashed != nullptr ? hashed->run(with) : std::get<write_work>(one.what->work).run(with);
-        one.how = one.reason.empty() ? outcome::answered : outcome::refused;
+        run_work(one, db, path, known.id);
     }
     // A repeated answer is kept anew, so that its own arrival can be noted.
-    one.record = domain::remember(db, *one.who, one.origin.path, one.body_hash, one.body, one.now);
+    one.record = domain::remember(db, *one.who, path, one.body_hash, one.body, one.now, known.id);
+}
+
+context dispatcher::context_of(call& one, store::connection& db) {
+    return {one.form.values, one.origin, one.now, &db, &*one.who, one.body, one.password_hash, &one.reason};
+}
+
+/** What the answer is kept under beside its bytes. */
+std::string dispatcher::scoped_path(call& one, store::connection& db) {
+    if (!one.what->scope) return one.origin.path;
+    auto with = context_of(one, db);
+    return one.origin.path + ' ' + one.what->scope(with);
+}
+
+void dispatcher::run_work(call& one, store::connection& db, const std::string& path, std::int64_t known) {
+    auto with = context_of(one, db);
+    try {
+        const auto* hashed = std::get_if<hashed_work>(&one.what->work);
+        hashed != nullptr ? hashed->run(with) : std::get<write_work>(one.what->work).run(with);
+    } catch (const domain::refused&) {
+        if (domain::recall(db, *one.who, path, one.body_hash, one.now).id == known) throw;
+        // It cannot be done because another service has just done it: the second look finds its answer.
+        throw store::error(store::error_kind::unique, "the same request was done elsewhere");
+    }
+    one.how = one.reason.empty() ? outcome::answered : outcome::refused;
 }
 
 void dispatcher::settle(call& one, std::exception_ptr failure) {

@@ -45,6 +45,9 @@ private:
     void run_write(const shared_call& one);
     bool admit(call& one, store::connection& db);
     void work_once(call& one, store::connection& db);
+    static context context_of(call& one, store::connection& db);
+    static std::string scoped_path(call& one, store::connection& db);
+    static void run_work(call& one, store::connection& db, const std::string& path, std::int64_t known);
     void settle(call& one, std::exception_ptr failure);
     http::response close(call& one);
     void end(const shared_call& one);

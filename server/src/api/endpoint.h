@@ -117,6 +117,9 @@ struct endpoint {
     form answer{form::count};
     access allowed;
     std::variant<plain_work, read_work, write_work, hashed_work, staged_work> work;
+    /** What the bytes of a changing request leave open, where that makes it another wish: only of the same
+     * scope is it a repeat. */
+    std::function<std::string(context&)> scope{};
     /** Replaces the failure form of `answer` where an endpoint has its own. */
     std::string_view failure{};
     std::string path() const { return std::string(module) + "/" + std::string(action); }

@@ -57,6 +57,9 @@ std::int64_t add_line(store::connection& with, const principal& who, document_mo
 /** Announces the stock of an inbound line that the session wrote with the same product, price, amount,
  * warehouse, remark and place. Refused where no such line waits for its stock. */
 void announce_stock(store::connection& with, const principal& who, const document_line& like);
+/** The line that an announcement like this one stands for: the latest like it in a draft of the session,
+ * whether it waits for its stock or not. 0 where there is none. */
+std::int64_t line_announced(store::connection& with, const principal& who, const document_line& like);
 /** Takes a line out of a draft of the session. The lines of documents stay. */
 void drop_line(store::connection& with, const principal& who, std::int64_t line);
 

@@ -129,6 +129,10 @@ void announce_stock(store::connection& with, const principal& who, const documen
     }
 }
 
+std::int64_t line_announced(store::connection& with, const principal& who, const document_line& like) {
+    return store::latest_line_like(with, who.company, who.session, record_of(like));
+}
+
 void drop_line(store::connection& with, const principal& who, std::int64_t line) {
     if (!store::delete_draft_line(with, who.company, who.session, line)) {
         throw refused("no draft of the session has the line " + std::to_string(line));

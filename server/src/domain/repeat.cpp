@@ -1,19 +1,21 @@
 #include "domain/repeat.h"
 
-#include "store/records/repeats.h"
-
 namespace tavrok::domain {
 
-std::optional<std::string> recall(store::connection& with, const principal& who, const std::string& path,
-                                  const std::string& body_hash, std::int64_t now) {
-    return store::undelivered_answer(with, {who.company, who.session, path, body_hash},
-                                     now - g_repeat_window);
+kept_answer recall(store::connection& with, const principal& who, const std::string& path,
+                   const std::string& body_hash, std::int64_t now) {
+    return store::answer_kept(with, {who.company, who.session, path, body_hash}, now - g_repeat_window);
 }
 
 std::int64_t remember(store::connection& with, const principal& who, const std::string& path,
-                      const std::string& body_hash, const std::string& answer, std::int64_t now) {
+                      const std::string& body_hash, const std::string& answer, std::int64_t now,
+                      std::int64_t former) {
     return store::keep_answer(with, {who.company, who.session, path, body_hash}, answer, now,
-                              now - g_repeat_window);
+                              now - g_repeat_window, former);
+}
+
+void forget(store::connection& with, const principal& who, const std::string& path) {
+    store::drop_answers(with, who.company, who.session, path);
 }
 
 void delivered(store::connection& with, const principal& who, std::int64_t repeat) {

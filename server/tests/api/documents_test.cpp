@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "api/documents_world.h"
+#include "api/harness.h"
 
 namespace tavrok::test {
 namespace {
@@ -13,7 +14,7 @@ protected:
         SKIP_WITHOUT(GetParam());
         world = std::make_unique<harness>(GetParam());
         cookie = world->administrator("owner");
-        with = std::make_unique<documents_world>(*world, cookie);
+        with = std::make_unique<documents_world>(world->as(cookie));
     }
     std::string ask(const std::string& path, const std::string& body) { return with->ask(path, body); }
     std::string amount_shown() {
@@ -129,6 +130,28 @@ TEST_P(document_requests, a_repeated_closing_call_is_one_document) {
     EXPECT_EQ(documents("wms_instore", 1), 1);
     EXPECT_EQ(amount_shown(), "8");
     EXPECT_EQ(world->ask(close).body, "0") << "a new wish, for a draft that is gone";
+}
+
+/** As after a crash, which loses what was known of arrivals. */
+TEST_P(document_requests, a_save_after_one_that_failed_is_a_new_one_though_its_bytes_are_the_same) {
+    const auto send = [this](const std::string& path, const std::string& body) {
+        auto answer = world->begin({path, body, cookie}).get();
+        answer.sent(false);
+        return answer.body;
+    };
+    const auto written = with->line("8", "2.50", "20.00") + "&place=A-1";
+    const auto header = send("wms_instore/do_add", with->inbound_header(1));
+    const auto draft = std::string(boost::json::parse(header).at("insert_id").as_string());
+    EXPECT_EQ(send("wms_instore_detail/do_add", "main_id=" + draft + "&" + written), "1");
+    EXPECT_EQ(send("wms_stock_detail/do_add", written), "1");
+    EXPECT_EQ(send("wms_instore/do_add", with->inbound_header(1)), header) << "a repeat, so far";
+    EXPECT_EQ(ask("wms_instore/update_total", "id=" + draft + "&total=40.00"), "0");
+
+    const auto again = with->inbound_draft("8", "2.50", "20.00");
+    EXPECT_NE(again, draft);
+    EXPECT_EQ(ask("wms_instore/update_total", "id=" + again + "&total=20.00"), "1");
+    EXPECT_EQ(documents("wms_instore", 1), 1);
+    EXPECT_EQ(amount_shown(), "8");
 }
 
 TEST_P(document_requests, bad_input_has_the_form_of_its_endpoint) {

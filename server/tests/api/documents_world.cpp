@@ -4,8 +4,7 @@
 
 namespace tavrok::test {
 
-documents_world::documents_world(harness& world, std::string session)
-    : m_world(world), m_session(std::move(session)) {
+documents_world::documents_world(way to) : m_way(std::move(to)) {
     const auto partner = [&](int type) {
         return added("wms_company/do_add", "type=" + std::to_string(type) + "&name=甲" +
                                                std::to_string(type) + "&phone=1&address=路");
@@ -22,8 +21,14 @@ documents_world::documents_world(harness& world, std::string session)
     warehouse = added("wms_warehouse/do_add", "name=主仓&keeper=" + employee + "&isdefault=0");
 }
 
+documents_world documents_world::by(way way_to) const {
+    auto same = *this;
+    same.m_way = std::move(way_to);
+    return same;
+}
+
 std::string documents_world::ask(const std::string& path, const std::string& body) {
-    return m_world.ask(path, body, m_session).body;
+    return m_way(path, body);
 }
 
 std::string documents_world::added(const std::string& path, const std::string& body) {

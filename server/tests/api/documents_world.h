@@ -3,16 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <boost/json.hpp>
+#include <functional>
 #include <string>
-
-#include "api/harness.h"
 
 namespace tavrok::test {
 
 /** A company with what documents name, reached as its client does. */
 class documents_world {
 public:
-    documents_world(harness& world, std::string session);
+    /** Posts a body to a path and gives the body of the answer. */
+    using way = std::function<std::string(const std::string& path, const std::string& body)>;
+    explicit documents_world(way to);
+    /** The same company, reached another way. */
+    documents_world by(way way_to) const;
 
     std::string ask(const std::string& path, const std::string& body);
     /** Adds a record and gives its id. */
@@ -38,8 +41,7 @@ public:
     std::string product, warehouse, supplier, client, other, department, employee;
 
 private:
-    harness& m_world;
-    std::string m_session;
+    way m_way;
 };
 
 } // namespace tavrok::test

@@ -68,6 +68,13 @@ public:
     reply ask(const std::string& path, const std::string& body, const std::string& cookie) {
         return ask({path, body, cookie});
     }
+    /** ask() in the words of documents_world: the bodies alone, in that session. */
+    std::function<std::string(const std::string& path, const std::string& body)> as(
+        const std::string& session) {
+        return [this, session](const std::string& path, const std::string& body) {
+            return ask(path, body, session).body;
+        };
+    }
     /** Asks; whether the answer arrives is left to the caller. */
     std::future<reply> begin(const wish& what);
     /** The service's own figure of requests to `path` that ended so: "answered", "refused", ... */

@@ -131,7 +131,7 @@ std::vector<sample> document_samples(harness& world, const std::string& owner, c
         module != "wms_stock_detail") {
         return {};
     }
-    const auto with = std::make_shared<documents_world>(world, owner);
+    const auto with = std::make_shared<documents_world>(world.as(owner));
     if (module == "wms_stock_detail" && action != "do_add") return stock_samples(*with, action);
     const bool header = inbound || module == "wms_outstore";
     if (header && (action == "get_page" || action == "do_add")) return kinds(*with, inbound, action);

@@ -128,9 +128,9 @@ TEST_P(claims_races, a_claim_given_back_twice) {
 }
 
 TEST_P(claims_races, a_lapse_and_a_save) {
-    const auto token = in->claim(one, row, 6);
+    const auto token = in->claim(two, row, 6);
     in->claim(in->log_in(in->boss, g_now + g_over), row, 4, g_now + g_over);
-    EXPECT_FALSE(second_refused(sweeping(g_now + g_over), saving(one, 6, token)));
+    EXPECT_FALSE(second_refused(sweeping(g_now + g_over), saving(two, 6, token)));
     EXPECT_EQ(in->claims_in(claim_state::lapsed), 1);
     EXPECT_EQ(in->claims_in(claim_state::used), 0);
     EXPECT_EQ(in->on_hand(row), 4);
@@ -144,7 +144,7 @@ TEST_P(claims_races, a_save_and_a_lapse) {
 }
 
 TEST_P(claims_races, two_lapses) {
-    in->claim(one, row, 6);
+    in->claim(two, row, 6);
     const auto now = g_now + g_over;
     const auto there = in->log_in(in->boss, now);
     EXPECT_FALSE(second_refused(sweeping(now), claiming(there, 10, claim_use::outbound, now)));

@@ -12,13 +12,17 @@ class repeats : public test::on_engine {
 protected:
     std::optional<std::string> find(test::scene& in, const principal& who, const std::string& body,
                                     std::int64_t now = g_now, const std::string& path = "a/b") {
-        return in.read(
-            [&](store::connection& with) { return recall(with, who, path, body_hash("pepper", body), now); });
+        return in.read([&](store::connection& with) -> std::optional<std::string> {
+            auto kept = recall(with, who, path, body_hash("pepper", body), now);
+            if (kept.id == 0 || kept.delivered) return std::nullopt;
+            return std::move(kept.answer);
+        });
     }
     std::int64_t keep(test::scene& in, const principal& who, const std::string& body,
                       const std::string& answer, std::int64_t now = g_now) {
         return in.write([&](store::connection& with) {
-            return remember(with, who, "a/b", body_hash("pepper", body), answer, now);
+            const auto hash = body_hash("pepper", body);
+            return remember(with, who, "a/b", hash, answer, now, recall(with, who, "a/b", hash, now).id);
         });
     }
 };
@@ -55,6 +59,21 @@ TEST_P(repeats, a_new_wish_replaces_the_old_answer_and_its_delivery) {
     EXPECT_EQ(find(in, who, "x=1", g_now + 1), "two");
     in.write([&](store::connection& with) { delivered(with, who, first); });
     EXPECT_EQ(find(in, who, "x=1", g_now + 1), "two") << "a late mark for the first must not hit the second";
+}
+
+TEST_P(repeats, an_answer_that_nobody_looked_at_is_not_replaced) {
+    test::scene in(GetParam());
+    const auto who = in.log_in(in.boss);
+    keep(in, who, "x=1", "elsewhere");
+    const auto hash = body_hash("pepper", "x=1");
+    const auto blindly = [&](store::connection& with) { remember(with, who, "a/b", hash, "here", g_now, 0); };
+    try {
+        in.write(blindly);
+        ADD_FAILURE() << "the same request takes effect twice";
+    } catch (const store::error& error) {
+        EXPECT_EQ(error.kind(), store::error_kind::unique);
+    }
+    EXPECT_EQ(find(in, who, "x=1"), "elsewhere");
 }
 
 TEST_P(repeats, are_forgotten_after_two_minutes) {

@@ -118,4 +118,19 @@ void scratch_database::close() {
     m_open.reset();
 }
 
+bool scratch_database::left_within(std::chrono::milliseconds time) const {
+    if (m_name.empty()) return true;
+    const auto until = std::chrono::steady_clock::now() + time;
+    PGconn* link = PQconnectdb(server().c_str());
+    const std::string sql = "SELECT 1 FROM pg_stat_activity WHERE datname = '" + m_name + "'";
+    bool left = false;
+    while (!left && std::chrono::steady_clock::now() < until) {
+        PGresult* result = PQexec(link, sql.c_str());
+        left = PQresultStatus(result) == PGRES_TUPLES_OK && PQntuples(result) == 0;
+        PQclear(result);
+    }
+    PQfinish(link);
+    return left;
+}
+
 } // namespace tavrok::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +35,9 @@ public:
     store::database& operator*() { return get(); }
     /** Closes it; the next get() opens it again. */
     void close();
+    /** True as soon as nobody is connected any more. PostgreSQL: what a killed client had begun may still be
+     * ended by then. Close the database first. */
+    bool left_within(std::chrono::milliseconds time) const;
     /** Folder for files beside the database. */
     const std::string& folder() const { return m_folder; }
 

@@ -7,6 +7,7 @@
 #include "domain/money.h"
 #include "domain/pages.h"
 #include "domain/products.h"
+#include "domain/repeat.h"
 
 namespace tavrok::api {
 
@@ -117,10 +118,18 @@ void add_line(context& request, document_module which) {
     request.answer = "1";
 }
 
-void update_total(context& request, document_module which, const domain::session_limits& limits) {
+/** Header and lines are gone with a draft that was dropped. When they come once more with the same bytes they
+ * are a new save, even if nobody knows whether the former answers arrived. */
+void forget_draft(context& request, const module_words& words) {
+    for (const auto module : {words.module, words.detail_module})
+        domain::forget(*request.db, *request.who, std::string(module) + "/do_add");
+}
+
+void update_total(context& request, const module_words& words, const domain::session_limits& limits) {
     const auto& form = request.form;
-    *request.refusal = domain::close_draft(*request.db, *request.who, which, form.integer("id"),
+    *request.refusal = domain::close_draft(*request.db, *request.who, words.which, form.integer("id"),
                                            money_of(form, "total", most_money), request.now, limits);
+    if (!request.refusal->empty()) forget_draft(request, words);
     request.answer = request.refusal->empty() ? "1" : "0";
 }
 
@@ -224,7 +233,7 @@ void add_headers(registry& to, const services& with, const module_words& words) 
          .keys = {id_key("id"), text_key("total", presence::always)},
          .answer = form::count,
          .allowed = on_any_page(words.pages, "add"),
-         .work = write_work{[which, &limits](context& request) { update_total(request, which, limits); }}});
+         .work = write_work{[words, &limits](context& request) { update_total(request, words, limits); }}});
     to.add({.module = words.module,
             .action = "do_delete",
             .keys = {id_key("id")},

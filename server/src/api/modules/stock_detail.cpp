@@ -52,6 +52,11 @@ void do_add(context& request) {
     request.answer = "1";
 }
 
+/** The announcement does not say which save it belongs to: that of the line that it was sent after. */
+std::string line_announced(context& request) {
+    return std::to_string(domain::line_announced(*request.db, *request.who, line_of(request.form)));
+}
+
 /** Which screens claim stock for what: whoever may add there may claim. */
 void demand_use(const domain::principal& who, domain::claim_use use) {
     const auto may_add = [&who](std::string_view page) { return who.has(page, "add"); };
@@ -135,7 +140,8 @@ void add_stock_detail(registry& to, const services& with) {
                      text_key("place", presence::always)},
             .answer = form::count,
             .allowed = on_any_page(domain::g_inbound_pages, "add"),
-            .work = write_work{do_add}});
+            .work = write_work{do_add},
+            .scope = line_announced});
     to.add(
         {.module = "wms_stock_detail",
          .action = "lock_stock",

@@ -27,6 +27,12 @@ const statement g_announce{
     "d.module = 1 AND l.stocked = 0 AND l.product = ? AND l.price = ? AND l.amount = ? AND l.warehouse = ? "
     "AND "
     "l.place = ? AND l.remark = ?)"};
+const statement g_latest_like{"draft_line_latest_like",
+                              "SELECT coalesce(max(l.id), 0) FROM draft d JOIN draft_line l ON l.company = "
+                              "d.company AND l.draft = d.id "
+                              "WHERE d.company = ? AND d.session = ? AND d.module = 1 AND l.product = ? AND "
+                              "l.price = ? AND l.amount = ? "
+                              "AND l.warehouse = ? AND l.place = ? AND l.remark = ?"};
 const statement g_lines{"draft_lines",
                         "SELECT id, product, price, amount, warehouse, place, remark, stock, token, stocked "
                         "FROM draft_line WHERE company = ? AND draft = ? ORDER BY id"};
@@ -92,6 +98,16 @@ bool announce_stock(connection& with, std::int64_t company, std::int64_t session
                     const draft_line_record& like) {
     return with.execute(g_announce, {company, company, session, like.product, like.price, like.amount,
                                      like.warehouse, like.place, like.remark}) != 0;
+}
+
+std::int64_t latest_line_like(connection& with, std::int64_t company, std::int64_t session,
+                              const draft_line_record& like) {
+    std::int64_t id = 0;
+    with.query(
+        g_latest_like,
+        {company, session, like.product, like.price, like.amount, like.warehouse, like.place, like.remark},
+        [&](const row& one) { id = one.integer(0); });
+    return id;
 }
 
 std::vector<draft_line_record> draft_lines(connection& with, std::int64_t company, std::int64_t draft) {

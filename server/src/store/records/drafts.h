@@ -54,6 +54,9 @@ std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int6
  * values whose stock was not. False where there is none. */
 bool announce_stock(connection& with, std::int64_t company, std::int64_t session,
                     const draft_line_record& like);
+/** The latest inbound line of the session with the same values, announced or not; 0 where there is none. */
+std::int64_t latest_line_like(connection& with, std::int64_t company, std::int64_t session,
+                              const draft_line_record& like);
 std::vector<draft_line_record> draft_lines(connection& with, std::int64_t company, std::int64_t draft);
 /** Takes a line out of a draft of the session. Where it gives false the transaction must not be kept. */
 bool delete_draft_line(connection& with, std::int64_t company, std::int64_t session, std::int64_t line);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 #include "store/connection.h"
@@ -16,12 +15,20 @@ struct repeat_key {
     std::string body_hash;
 };
 
-/** The kept answer, unless it was delivered or is older than `since`. */
-std::optional<std::string> undelivered_answer(connection& with, const repeat_key& key, std::int64_t since);
-/** Keeps an answer in place of an older one to the same request and drops the session's answers up to `old`.
- */
+struct kept_answer {
+    std::int64_t id{0}; /**< 0: none is kept */
+    bool delivered{false};
+    std::string answer;
+};
+
+/** The kept answer, unless it is older than `since`. */
+kept_answer answer_kept(connection& with, const repeat_key& key, std::int64_t since);
+/** Keeps an answer in place of the one with the id `former` and drops the session's answers up to `old`. Ends
+ * in error_kind::unique where another answer to the same request is kept. */
 std::int64_t keep_answer(connection& with, const repeat_key& key, const std::string& answer, std::int64_t now,
-                         std::int64_t old);
+                         std::int64_t old, std::int64_t former);
+/** Drops the session's answers to all requests of that path. */
+void drop_answers(connection& with, std::int64_t company, std::int64_t session, const std::string& path);
 void mark_delivered(connection& with, std::int64_t company, std::int64_t session, std::int64_t id);
 
 } // namespace tavrok::store
