@@ -68,7 +68,7 @@ void dlg_instore_add::apply_mode() {
         // The table does not open its menu here.
         connect(menu.actions[2], &QAction::triggered, this, &dlg_instore_add::on_btn_print_clicked);
     } else if (mode == document_new) {
-        hide_what_saving_brings(*ui);
+        hide_what_saving_brings(*ui, ui->label);
         ui->tablewidget->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(menu.actions[0], &QAction::triggered, this, &dlg_instore_add::on_btn_add_clicked);
         connect(menu.actions[1], &QAction::triggered, this, &dlg_instore_add::slot_instore_detail_to_delete);

@@ -58,7 +58,7 @@ void dlg_outstore_add::apply_mode() {
         // The table opens no menu in this mode; the button prints.
         connect(menu.actions[2], &QAction::triggered, this, &dlg_outstore_add::on_btn_print_clicked);
     } else if (mode == document_new) {
-        hide_what_saving_brings(*ui);
+        hide_what_saving_brings(*ui, ui->label_4);
         ui->tablewidget->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(menu.actions[0], &QAction::triggered, this, &dlg_outstore_add::on_btn_add_clicked);
         connect(menu.actions[1], &QAction::triggered, this,

@@ -59,9 +59,11 @@ void show_header(const form& ui, const document& saved) {
     ui.txt_dept->setText(saved.dept_name);
 }
 
-/** Hides what a document that is being written does not have yet. */
+/** Hides what a document that is being written does not have yet. `first` is the label that then begins the
+ * row and needs no distance from what is before it. */
 template <class form>
-void hide_what_saving_brings(const form& ui) {
+void hide_what_saving_brings(const form& ui, QLabel* first) {
+    first->setIndent(0);
     for (QWidget* part : {static_cast<QWidget*>(ui.btn_print), static_cast<QWidget*>(ui.label_sn),
                           static_cast<QWidget*>(ui.txt_sn), static_cast<QWidget*>(ui.label_writer),
                           static_cast<QWidget*>(ui.txt_writer)})

@@ -14,7 +14,7 @@ protected:
         QProcess program;
         program.setProcessChannelMode(QProcess::MergedChannels);
         program.start(QStringLiteral(WMS_TOUR), arguments);
-        const bool finished = program.waitForFinished(120000);
+        const bool finished = program.waitForFinished(240000);
         said = program.readAll();
         if (finished) return program.exitCode();
         program.kill();
@@ -32,7 +32,9 @@ TEST_F(tour_run, shows_every_screen) {
     serve();
     EXPECT_EQ(tour({service->base_url(), pictures.path()}), 0) << said.data();
     const QStringList files = QDir(pictures.path()).entryList({QStringLiteral("*.png")});
-    EXPECT_GE(files.size(), 70);
+    EXPECT_GE(files.size(), 150);
+    const QStringList prints = QDir(pictures.path()).entryList({QStringLiteral("*.pdf")});
+    EXPECT_EQ(prints.size(), 7);
 }
 
 TEST_F(tour_run, fails_with_the_name_of_the_step) {
@@ -42,6 +44,10 @@ TEST_F(tour_run, fails_with_the_name_of_the_step) {
     EXPECT_TRUE(said.contains("supplier_list")) << said.data();
 }
 
-TEST_F(tour_run, wants_two_arguments) {
+TEST_F(tour_run, wants_two_arguments_and_takes_a_size) {
     EXPECT_EQ(tour({}), 2);
+    const QString nowhere = QStringLiteral("https://127.0.0.1:1/");
+    for (const char* size : {"", "1920", "1920x", "x1080", "0x0", "1920x1080x1"})
+        EXPECT_EQ(tour({nowhere, pictures.path(), QLatin1String(size)}), 2) << size;
+    EXPECT_EQ(tour({nowhere, pictures.path(), QStringLiteral("1920x1080"), QString()}), 2);
 }

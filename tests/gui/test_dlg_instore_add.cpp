@@ -69,6 +69,14 @@ TEST_F(instore_editor, window_and_widgets) {
     EXPECT_TRUE(server.requests().isEmpty()) << "opening costs no call";
 }
 
+TEST_F(instore_editor, header_begins_at_the_table_and_labels_stand_at_their_fields) {
+    open(0, 7);
+    expect_first_label_at_the_table(editor.get(), "label");
+    open(5, 7);
+    expect_label_at_its_field(editor.get(), "label_sn", "txt_sn");
+    EXPECT_EQ(child<QLabel>(editor.get(), "label")->indent(), 10);
+}
+
 TEST_F(instore_editor, line_table) {
     open(0);
     const char* const headers[] = {"id",       "货品id", "货品名称", "编码",   "类别id", "类别",

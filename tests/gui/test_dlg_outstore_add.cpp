@@ -49,6 +49,14 @@ TEST_F(outstore_window, window_and_widgets) {
     EXPECT_TRUE(wire().isEmpty());
 }
 
+TEST_F(outstore_window, header_begins_at_the_table_and_labels_stand_at_their_fields) {
+    open(0, 6);
+    expect_first_label_at_the_table(dialog.get(), "label_4");
+    open(5, 6);
+    expect_label_at_its_field(dialog.get(), "label_sn", "txt_sn");
+    EXPECT_EQ(child<QLabel>(dialog.get(), "label_4")->indent(), 10);
+}
+
 TEST_F(outstore_window, line_table) {
     open(0);
     const QStringList headers =

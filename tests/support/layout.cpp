@@ -77,3 +77,15 @@ void expect_left_to_right(const QWidget* screen, const std::vector<const char*>&
         left = x;
     }
 }
+
+void expect_label_at_its_field(const QWidget* screen, const char* label, const char* field) {
+    const auto* before = child<QLabel>(screen, label);
+    EXPECT_EQ(before->width(), before->sizeHint().width()) << label;
+    EXPECT_LE(child<QWidget>(screen, field)->x() - before->geometry().right(), 10) << label;
+}
+
+void expect_first_label_at_the_table(const QWidget* screen, const char* label) {
+    const auto* first = child<QLabel>(screen, label);
+    EXPECT_EQ(first->x(), child<QTableWidget>(screen, "tablewidget")->x()) << label;
+    EXPECT_EQ(first->indent(), 0) << label;
+}

@@ -35,3 +35,9 @@ void expect_label_of(const QWidget* screen, const char* field, const char* text)
 
 /** Checks that widgets stand from left to right. */
 void expect_left_to_right(const QWidget* screen, const std::vector<const char*>& in_order);
+
+/** Checks that a label takes no more room than its text and stands right before the field. */
+void expect_label_at_its_field(const QWidget* screen, const char* label, const char* field);
+
+/** Checks that the row of fields begins where the table below it does. */
+void expect_first_label_at_the_table(const QWidget* screen, const char* label);

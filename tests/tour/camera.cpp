@@ -76,6 +76,6 @@ bool camera::take(const QString& name) {
     for (QWidget* each : shown)
         draw(painter, each);
     painter.end();
-    const QString file = QStringLiteral("%1_%2.png").arg(++count, 2, 10, QLatin1Char('0')).arg(name);
+    const QString file = QStringLiteral("%1_%2.png").arg(++count, 3, 10, QLatin1Char('0')).arg(name);
     return picture.save(folder.filePath(file));
 }

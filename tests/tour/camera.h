@@ -8,8 +8,10 @@ public:
     explicit camera(const QString& folder);
 
     bool usable() const;
-    /** Saves the next picture as NN_name.png. False if it cannot be written. */
+    /** Saves the next picture as NNN_name.png. False if it cannot be written. */
     bool take(const QString& name);
+    /** Where a file beside the pictures is. */
+    QString path(const QString& name) const { return folder.filePath(name); }
 
 private:
     QDir folder;

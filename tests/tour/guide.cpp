@@ -1,6 +1,9 @@
 #include "tour/guide.h"
 
 #include <QApplication>
+#include <QFileInfo>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QTest>
 #include <QWidget>
 #include <algorithm>
@@ -34,7 +37,7 @@ void guide::step(const char* name, const std::function<void()>& action) {
     const QString outer = current;
     current = QLatin1String(name);
     ++count;
-    std::printf("%2d %s\n", count, name);
+    std::printf("%3d %s\n", count, name);
     std::fflush(stdout);
     deadline.start(step_deadline_ms);
     guarded(action);
@@ -56,6 +59,14 @@ void guide::expect(bool holds, const QString& what) {
 
 void guide::picture() {
     if (!pictures.take(current)) fail(QStringLiteral("the picture cannot be saved"));
+}
+
+void guide::print(QPrintPreviewDialog& preview, const QString& name) {
+    const QString file = pictures.path(name);
+    preview.printer()->setOutputFormat(QPrinter::PdfFormat);
+    preview.printer()->setOutputFileName(file);
+    emit preview.paintRequested(preview.printer());
+    expect(QFileInfo(file).size() > 0, QStringLiteral("the printed file ") + file);
 }
 
 void guide::with_modal(const std::function<void()>& act, const std::function<void(QWidget*)>& look) {

@@ -5,6 +5,7 @@
 
 #include "tour/camera.h"
 
+class QPrintPreviewDialog;
 class QWidget;
 
 /**
@@ -26,6 +27,8 @@ public:
     void expect_tip(const QString& text);
     /** Takes the picture of the step. */
     void picture();
+    /** Prints what a preview shows to a PDF file of that name beside the pictures. */
+    void print(QPrintPreviewDialog& preview, const QString& name);
     /** Runs `act`, which is expected to open a modal window, and `look` while that window is up; closes it.
      */
     void with_modal(const std::function<void()>& act, const std::function<void(QWidget*)>& look);

@@ -1,8 +1,11 @@
 // The guided tour: the client as it ships, on the off-screen platform, against the service named on the
-// command line; through every screen, with a picture of each. Status 1 when a screen did not show what it
+// command line; through every screen, with a picture of each, in a main window of the usual or of a given
+// size. Status 1 when a screen did not show what it
 // should.
 #include <QApplication>
 #include <QFontDatabase>
+#include <QSize>
+#include <QStringList>
 #include <QTimer>
 #include <cstdio>
 
@@ -49,6 +52,12 @@ private:
     int stage = 0;
 };
 
+/** "1920x1080"; empty when it is not of that form. */
+QSize size_of(const char* text) {
+    const QStringList sides = QString::fromLocal8Bit(text).split(QLatin1Char('x'));
+    return sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
+}
+
 /** The off-screen platform says of each window what it cannot do; everything else is worth reading. */
 void say(QtMsgType, const QMessageLogContext&, const QString& text) {
     if (text.startsWith(QLatin1String("This plugin does not support"))) return;
@@ -61,8 +70,9 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(say);
     QApplication application(argc, argv);
-    if (argc != 3) {
-        std::fputs("usage: wms_tour BASE_URL FOLDER\n", stderr);
+    const QSize screen = argc == 4 ? size_of(argv[3]) : QSize(1366, 768);
+    if (argc < 3 || argc > 4 || screen.isEmpty()) {
+        std::fputs("usage: wms_tour BASE_URL FOLDER [WIDTHxHEIGHT]\n", stderr);
         return 2;
     }
     if (QFontDatabase().families(QFontDatabase::SimplifiedChinese).isEmpty()) {
@@ -70,7 +80,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     g_http.base_url = QString::fromLocal8Bit(argv[1]);
-    tour way(QString::fromLocal8Bit(argv[2]));
+    tour way(QString::fromLocal8Bit(argv[2]), screen);
     tourist person(way);
     startup(application);
     if (!person.done) {

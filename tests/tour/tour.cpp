@@ -27,8 +27,10 @@ const QString password = QStringLiteral("Tavrok-2026");
 
 } // namespace
 
-tour::tour(const QString& folder)
-    : walk(folder), stamp(QString::number(10000000 + QDateTime::currentMSecsSinceEpoch() % 90000000)) {}
+tour::tour(const QString& folder, QSize screen)
+    : walk(folder),
+      screen_size(screen),
+      stamp(QString::number(10000000 + QDateTime::currentMSecsSinceEpoch() % 90000000)) {}
 
 QWidget* tour::front() const {
     return child<QTabWidget>(shell, "main_tab")->currentWidget();
@@ -63,6 +65,14 @@ void tour::fill(QWidget* dialog, texts fields) {
         child<QLineEdit>(dialog, field)->setText(text);
 }
 
+int tour::column_named(const QTableWidget* table, const QString& header) {
+    for (int column = 0; column < table->columnCount(); ++column) {
+        const QTableWidgetItem* item = table->horizontalHeaderItem(column);
+        if (item != nullptr && item->text() == header && !table->isColumnHidden(column)) return column;
+    }
+    throw std::runtime_error("no column " + header.toStdString());
+}
+
 void tour::open_page(const char* key, const QString& title) {
     click_navigation(*shell, QLatin1String(key));
     const auto* tabs = child<QTabWidget>(shell, "main_tab");
@@ -70,7 +80,12 @@ void tour::open_page(const char* key, const QString& title) {
 }
 
 void tour::open_dialog(const char* button, const QString& title, const std::function<void(QWidget*)>& look) {
-    walk.with_modal([&] { click(front(), button); },
+    open_dialog_of(front(), button, title, look);
+}
+
+void tour::open_dialog_of(QWidget* owner, const char* button, const QString& title,
+                          const std::function<void(QWidget*)>& look) {
+    walk.with_modal([&] { click(owner, button); },
                     [&](QWidget* dialog) {
                         walk.expect(dialog->windowTitle() == title, QStringLiteral("the title ") + title);
                         walk.picture();
@@ -153,6 +168,7 @@ void tour::main_steps(window& shown) {
     product_steps();
     employee_steps();
     warehouse_steps();
+    document_steps();
     user_steps();
     grant_steps();
     menu_steps();
@@ -166,7 +182,7 @@ void tour::shell_steps() {
         walk.expect(shell->isMaximized(), QStringLiteral("the window is maximised"));
         // The off-screen platform's screen is small: from here on a usual size.
         shell->showNormal();
-        shell->resize(1366, 768);
+        shell->resize(screen_size);
         walk.expect(shell->windowTitle().contains(QStringLiteral("【当前用户：demo_admin用户】")),
                     QStringLiteral("the title names the user"));
         for (const navigation_row& row : navigation_rows())

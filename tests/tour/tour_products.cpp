@@ -11,17 +11,6 @@
 #include "support/tree.h"
 #include "tour/tour.h"
 
-namespace {
-
-/** Where the list has the name of the category, by its header. */
-int column_named(const QTableWidget* table, const QString& header) {
-    for (int column = 0; column < table->columnCount(); ++column)
-        if (table->horizontalHeaderItem(column)->text() == header) return column;
-    throw std::runtime_error("no column " + header.toStdString());
-}
-
-} // namespace
-
 void tour::product_steps() {
     walk.step("product_list", [&] {
         open_page("product", QStringLiteral("货品管理"));
