@@ -5,7 +5,6 @@
 #include "documents/dlg_instore_detail_add.h"
 #include "documents/document_print.h"
 #include "documents/editor_parts.h"
-#include "documents/pickers.h"
 #include "model/answers.h"
 #include "model/model_instore.h"
 #include "model/model_instore_detail.h"
@@ -22,8 +21,6 @@ namespace {
 
 /** Column of the line's id. */
 constexpr int id_column = 0;
-
-const QString id_of_a_new_line = QStringLiteral("0");
 
 /** The stock that a line makes. */
 struct_stock stock_of(const struct_instore_detail& line) {
@@ -56,7 +53,7 @@ dlg_instore_add::dlg_instore_add(QWidget* parent, int editor_mode, int kind_numb
     // editor may do all that there is to do in it.
     apply_line_rights(this, inbound_kind(instore.type));
     apply_mode();
-    show_partner(*ui, kind);
+    show_partner_field(*ui, kind);
 }
 
 dlg_instore_add::~dlg_instore_add() = default;
@@ -76,16 +73,8 @@ void dlg_instore_add::apply_mode() {
 }
 
 bool dlg_instore_add::eventFilter(QObject* object, QEvent* event) {
-    const bool writes = mode == document_new || mode == document_edit;
-    if (writes && is_pick(object, event, ui->txt_operater))
-        pick_operater(this, &dlg_instore_add::slot_emp_selected);
-    else if (writes && is_pick(object, event, ui->txt_company))
-        pick_company(this, kind.company_type, kind.picker_title, &dlg_instore_add::slot_company_selected);
-    else if (writes && is_pick(object, event, ui->txt_dept))
-        pick_dept(this, kind.picker_title, &dlg_instore_add::slot_dept_selected);
-    else
-        return QDialog::eventFilter(object, event);
-    return true;
+    const bool writes = !calls.under_way() && (mode == document_new || mode == document_edit);
+    return (writes && opens_picker(this, *ui, kind, object, event)) || QDialog::eventFilter(object, event);
 }
 
 void dlg_instore_add::slot_emp_selected(struct_emp operater) {
@@ -117,7 +106,7 @@ void dlg_instore_add::slot_instore_detail_to_add() {
 }
 
 void dlg_instore_add::slot_instore_detail_do_add(struct_instore_detail detail) {
-    detail.id = id_of_a_new_line;
+    detail.id = g_id_of_a_new_line;
     detail.main_id = instore.id;
     append_record(ui->tablewidget, model_instore_detail::columns(), detail);
 }
@@ -149,18 +138,20 @@ void dlg_instore_add::slot_instore_detail_to_delete() {
     calls.run([this] {
         delete_rows(ui->tablewidget, this, [this](int row) {
             const QString id = cell_text(ui->tablewidget, row, id_column);
-            return id == id_of_a_new_line || model_instore_detail().do_delete(id);
+            return id == g_id_of_a_new_line || model_instore_detail().do_delete(id);
         });
     });
 }
 
 void dlg_instore_add::on_btn_submit_clicked() {
-    if (lacks_something()) return;
-    instore.writer = g_http.current_user.id;
-    instore.writer_name = g_http.current_user.realname;
-    instore.type = type;
-    instore.remark = field_text(ui->txt_remark);
-    calls.run([this] { save(); });
+    calls.run([this] {
+        if (lacks_something()) return;
+        instore.writer = g_http.current_user.id;
+        instore.writer_name = g_http.current_user.realname;
+        instore.type = type;
+        instore.remark = field_text(ui->txt_remark);
+        save();
+    });
 }
 
 /**
@@ -168,8 +159,7 @@ void dlg_instore_add::on_btn_submit_clicked() {
  * way leaves what was done before, and another save begins a second document. All that is kept on purpose.
  */
 void dlg_instore_add::save() {
-    model_instore model(type);
-    const QString main_id = mode == document_new ? save_header(model) : QString();
+    const QString main_id = mode == document_new ? save_header() : QString();
     double total = 0;
     for (int row = 0; row < ui->tablewidget->rowCount(); ++row) {
         auto line = line_at(row);
@@ -177,7 +167,7 @@ void dlg_instore_add::save() {
         total += line.total;
         if (mode == document_new) save_line(line);
     }
-    if (!model.update_total(main_id, total)) return;
+    if (!model_instore(type).update_total(main_id, total)) return;
     emit signal_instore_get_list();
     accept();
 }
@@ -192,8 +182,8 @@ bool dlg_instore_add::lacks_something() {
 }
 
 /** The id that the lines go to; empty when the service refused, which does not stop the save. */
-QString dlg_instore_add::save_header(model_instore& model) {
-    const auto added = read_added(model.do_add(instore));
+QString dlg_instore_add::save_header() {
+    const auto added = read_added(model_instore(type).do_add(instore));
     if (!added) return QString();
     instore.id = added->id;
     return instore.id;

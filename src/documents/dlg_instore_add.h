@@ -15,7 +15,6 @@
 #include "widgets/context_menu.h"
 
 class QTableWidgetItem;
-class model_instore;
 namespace Ui {
 class dlg_instore_add;
 }
@@ -67,14 +66,15 @@ public slots:
     void on_tablewidget_customContextMenuRequested(QPoint pos);
 
 protected:
-    /** A press of the left button on a field to pick opens its picker, unless a saved document is shown. */
+    /** A press of the left button on a field to pick opens its picker, while a document is written and no
+     * calls are under way. */
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void apply_mode();
     bool lacks_something();
     void save();
-    QString save_header(model_instore& model);
+    QString save_header();
     void save_line(const struct_instore_detail& line);
     struct_instore_detail line_at(int row) const;
 

@@ -7,7 +7,6 @@
 #include "documents/dlg_outstore_detail_add.h"
 #include "documents/document_print.h"
 #include "documents/editor_parts.h"
-#include "documents/pickers.h"
 #include "model/answers.h"
 #include "model/model_outstore.h"
 #include "model/model_outstore_detail.h"
@@ -27,12 +26,12 @@ constexpr int column_locked_id = 17;
 
 } // namespace
 
-dlg_outstore_add::dlg_outstore_add(QWidget* parent, int document_mode, int document_type)
+dlg_outstore_add::dlg_outstore_add(QWidget* parent, int editor_mode, int kind_number)
     : QDialog(parent, Qt::Dialog | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint),
       ui(std::make_unique<Ui::dlg_outstore_add>()),
-      mode(document_mode),
-      type(document_type),
-      kind(outbound_kind(document_type)) {
+      mode(editor_mode),
+      type(kind_number),
+      kind(outbound_kind(kind_number)) {
     ui->setupUi(this);
     set_up_columns(ui->tablewidget, faces(model_outstore_detail::columns()));
     for (QLineEdit* field : {ui->txt_operater, ui->txt_company, ui->txt_dept})
@@ -46,7 +45,7 @@ dlg_outstore_add::dlg_outstore_add(QWidget* parent, int document_mode, int docum
     // editor may do all that there is to do in it.
     apply_line_rights(this, outbound_kind(outstore.type));
     apply_mode();
-    show_partner(*ui, kind);
+    show_partner_field(*ui, kind);
 }
 
 dlg_outstore_add::~dlg_outstore_add() = default;
@@ -67,16 +66,8 @@ void dlg_outstore_add::apply_mode() {
 }
 
 bool dlg_outstore_add::eventFilter(QObject* object, QEvent* event) {
-    const bool writing = mode == document_new || mode == document_edit;
-    if (writing && is_pick(object, event, ui->txt_operater))
-        pick_operater(this, &dlg_outstore_add::slot_emp_selected);
-    else if (writing && is_pick(object, event, ui->txt_company))
-        pick_company(this, kind.company_type, kind.picker_title, &dlg_outstore_add::slot_company_selected);
-    else if (writing && is_pick(object, event, ui->txt_dept))
-        pick_dept(this, kind.picker_title, &dlg_outstore_add::slot_dept_selected);
-    else
-        return QDialog::eventFilter(object, event);
-    return true;
+    const bool writes = !calls.under_way() && (mode == document_new || mode == document_edit);
+    return (writes && opens_picker(this, *ui, kind, object, event)) || QDialog::eventFilter(object, event);
 }
 
 void dlg_outstore_add::slot_emp_selected(struct_emp operater) {
@@ -110,7 +101,7 @@ void dlg_outstore_add::slot_outstore_detail_to_add() {
 /** The answer is kept as it came, a refusal too: the service says so when the line is saved. */
 void dlg_outstore_add::slot_outstore_detail_do_add(struct_outstore_detail detail) {
     calls.run([&] {
-        detail.id = QStringLiteral("0");
+        detail.id = g_id_of_a_new_line;
         detail.main_id = outstore.id;
         const int row = ui->tablewidget->rowCount();
         append_record(ui->tablewidget, model_outstore_detail::columns(), detail);
@@ -158,42 +149,45 @@ void dlg_outstore_add::slot_outstore_detail_to_delete() {
     });
 }
 
-bool dlg_outstore_add::is_complete() {
-    if (fails(outstore.operater.isEmpty(), ui->txt_operater, QStringLiteral("请选择经办人"))) return false;
-    if (lacks_partner(*ui, kind, outstore)) return false;
-    if (ui->tablewidget->rowCount() > 0) return true;
+/** Says the first thing that is missing. */
+bool dlg_outstore_add::lacks_something() {
+    if (fails(outstore.operater.isEmpty(), ui->txt_operater, QStringLiteral("请选择经办人"))) return true;
+    if (lacks_partner(*ui, kind, outstore)) return true;
+    if (ui->tablewidget->rowCount() > 0) return false;
     tip_in_list(ui->tablewidget, QStringLiteral("请先添加明细再保存"));
-    return false;
+    return true;
 }
 
 void dlg_outstore_add::on_btn_submit_clicked() {
-    if (!is_complete()) return;
-    outstore.writer = g_http.current_user.id;
-    outstore.writer_name = g_http.current_user.realname;
-    outstore.type = type;
-    outstore.remark = field_text(ui->txt_remark);
-    calls.run([this] { save(); });
+    calls.run([this] {
+        if (lacks_something()) return;
+        outstore.writer = g_http.current_user.id;
+        outstore.writer_name = g_http.current_user.realname;
+        outstore.type = type;
+        outstore.remark = field_text(ui->txt_remark);
+        save();
+    });
 }
 
 /** The lines of a header that the service refuses go out all the same, for no document. The claims go over
  * to the service with their lines. */
 void dlg_outstore_add::save() {
-    const QString main_id = mode == document_new ? add_header() : QString();
-    double sum = 0;
+    const QString main_id = mode == document_new ? save_header() : QString();
+    double total = 0;
     model_outstore_detail model;
     for (int row = 0; row < ui->tablewidget->rowCount(); ++row) {
         auto line = read_trimmed(ui->tablewidget, row, model_outstore_detail::columns());
         line.main_id = main_id;
-        sum += line.total;
+        total += line.total;
         if (mode == document_new) model.do_add(line);
     }
-    if (!model_outstore().update_total(main_id, sum)) return;
+    if (!model_outstore().update_total(main_id, total)) return;
     emit signal_outstore_get_list();
     accept();
 }
 
 /** Gives the id of the new document; none when it is refused. */
-QString dlg_outstore_add::add_header() {
+QString dlg_outstore_add::save_header() {
     const auto added = read_added(model_outstore().do_add(outstore));
     if (!added) return QString();
     outstore.id = added->id;
@@ -231,7 +225,7 @@ void dlg_outstore_add::keyPressEvent(QKeyEvent* event) {
 void dlg_outstore_add::slot_outstore_to_edit(struct_outstore saved) {
     outstore = saved;
     show_header(*ui, outstore);
-    html = print_document(QStringLiteral("出库明细"), outstore);
+    print_text = print_document(QStringLiteral("出库明细"), outstore);
     for (const auto& line : outstore.details)
         append_record(ui->tablewidget, model_outstore_detail::columns(), line);
 }
@@ -249,7 +243,7 @@ void dlg_outstore_add::on_btn_print_clicked() {
 }
 
 void dlg_outstore_add::slot_print() {
-    print_html(document, printer, html);
+    print_html(document, printer, print_text);
 }
 
 void dlg_outstore_add::on_tablewidget_customContextMenuRequested(QPoint) {

@@ -71,14 +71,15 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     /** Escape leaves like the close box. */
     void keyPressEvent(QKeyEvent* event) override;
-    /** A press of the left button on a picker field opens its picker, while the document is written. */
+    /** A press of the left button on a picker field opens its picker, while the document is written
+     * and no calls are under way. */
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void apply_mode();
-    bool is_complete();
+    bool lacks_something();
     void save();
-    QString add_header();
+    QString save_header();
     void give_claims_back();
 
     std::unique_ptr<Ui::dlg_outstore_add> ui;
@@ -93,5 +94,5 @@ private:
     QPrinter printer;
     QTextDocument document;
     /** What is printed; empty until a saved document is shown. */
-    QString html;
+    QString print_text;
 };

@@ -71,14 +71,27 @@ void dlg_outstore_detail_add::on_txt_amount_textChanged(QString arg1) {
     show_total(amount, ui->txt_price->text().toDouble());
 }
 
+/** Says the first thing that is missing. Warehouse and place come with the stock row. */
+bool dlg_outstore_detail_add::lacks_something() {
+    return fails(field_text(ui->txt_product_name).isEmpty(), ui->txt_product_name,
+                 QStringLiteral("请先选择库存")) ||
+           fails(field_text(ui->txt_price).isEmpty(), ui->txt_price, QStringLiteral("请填写单价")) ||
+           fails(field_text(ui->txt_amount).isEmpty(), ui->txt_amount, QStringLiteral("请填写数量"));
+}
+
 void dlg_outstore_detail_add::on_btn_save_clicked() {
-    if (saving ||
-        fails(field_text(ui->txt_product_name).isEmpty(), ui->txt_product_name,
-              QStringLiteral("请先选择库存")) ||
-        fails(field_text(ui->txt_price).isEmpty(), ui->txt_price, QStringLiteral("请填写单价")) ||
-        fails(field_text(ui->txt_amount).isEmpty(), ui->txt_amount, QStringLiteral("请填写数量")))
-        return;
-    saving = true;
+    calls.run([this] {
+        if (lacks_something()) return;
+        read_fields();
+        if (mode == mode_add)
+            emit signal_outstore_detail_do_add(detail);
+        else if (mode == mode_edit)
+            emit signal_outstore_detail_do_edit(detail);
+        accept();
+    });
+}
+
+void dlg_outstore_detail_add::read_fields() {
     detail.price = field_text(ui->txt_price).toDouble();
     detail.amount = field_text(ui->txt_amount).toInt();
     detail.remark = ui->txt_remark->toPlainText().trimmed();
@@ -86,12 +99,6 @@ void dlg_outstore_detail_add::on_btn_save_clicked() {
     detail.total = ui->txt_total->text().toDouble();
     detail.warehouse_name = ui->txt_warehouse->text();
     detail.spec = ui->txt_spec->text();
-    if (mode == mode_add)
-        emit signal_outstore_detail_do_add(detail);
-    else if (mode == mode_edit)
-        emit signal_outstore_detail_do_edit(detail);
-    saving = false;
-    accept();
 }
 
 void dlg_outstore_detail_add::on_btn_cancel_clicked() {

@@ -3,6 +3,7 @@
 #include <QString>
 #include <memory>
 
+#include "documents/call_flow.h"
 #include "model/struct_outstore_detail.h"
 #include "model/struct_stock.h"
 
@@ -40,12 +41,14 @@ protected:
 
 private:
     void show_total(int amount, double price);
+    bool lacks_something();
+    void read_fields();
 
     std::unique_ptr<Ui::dlg_outstore_detail_add> ui;
     int mode;
     struct_outstore_detail detail;
     /** No more than this can be taken from the stock row. */
     int maximum = 0;
-    /** While the line is handed over, which takes as long as its claim. */
-    bool saving = false;
+    /** The line is handed over, which takes as long as its claim. */
+    call_flow calls;
 };

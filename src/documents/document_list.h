@@ -1,9 +1,9 @@
 #pragma once
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QString>
 
+#include "documents/partner_field.h"
 #include "model/document_kinds.h"
 #include "widgets/modes.h"
 #include "widgets/rights.h"
@@ -43,16 +43,11 @@ inline void watch_fields(QObject* watcher, std::initializer_list<QWidget*> field
             field->removeEventFilter(watcher);
 }
 
-/** Shows of the fields label_company, txt_company and label_dept, txt_dept the pair that the kind has, under
- * its name. */
+/** Shows of the criteria company and dept the one that documents of this kind have. */
 template <class form>
 void show_partner_criterion(const form& ui, const document_kind& kind) {
-    ui.label_company->setText(kind.label);
-    ui.label_dept->setText(kind.label);
-    for (QWidget* part : {static_cast<QWidget*>(ui.label_company), static_cast<QWidget*>(ui.txt_company)})
-        part->setHidden(kind.partner != counterparty::company);
-    for (QWidget* part : {static_cast<QWidget*>(ui.label_dept), static_cast<QWidget*>(ui.txt_dept)})
-        part->setHidden(kind.partner != counterparty::dept);
+    show_partner(kind, {{counterparty::company, ui.label_company, ui.txt_company, {}},
+                        {counterparty::dept, ui.label_dept, ui.txt_dept, {}}});
 }
 
 /** Takes what a picker handed over as a criterion for the next searches; `nothing` lifts the restriction. */

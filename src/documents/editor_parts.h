@@ -1,10 +1,10 @@
 #pragma once
-#include <QLabel>
-#include <QLineEdit>
 #include <QString>
 #include <QTableWidget>
 #include <QWidget>
 
+#include "documents/partner_field.h"
+#include "documents/pickers.h"
 #include "model/document_kinds.h"
 #include "model/record_columns.h"
 #include "widgets/context_menu.h"
@@ -13,17 +13,28 @@
 
 /** What the editors of documents share. Parts alone: each editor spells out its own steps. */
 
-/** Shows the field of the partner that documents of this kind have, under the kind's label, and no other. */
+/** The id of a line that the service does not have yet. */
+inline const QString g_id_of_a_new_line = QStringLiteral("0");
+
+/** Shows of the fields company and dept the one that documents of this kind have. */
 template <class form>
-void show_partner(const form& ui, const document_kind& kind) {
-    const auto show = [&kind](bool shown, QLabel* label, QLabel* star, QLineEdit* field) {
-        if (shown) label->setText(kind.label);
-        for (QWidget* part :
-             {static_cast<QWidget*>(label), static_cast<QWidget*>(star), static_cast<QWidget*>(field)})
-            part->setVisible(shown);
-    };
-    show(kind.partner == counterparty::company, ui.label_company, ui.label_company_star, ui.txt_company);
-    show(kind.partner == counterparty::dept, ui.label_dept, ui.label_dept_star, ui.txt_dept);
+void show_partner_field(const form& ui, const document_kind& kind) {
+    show_partner(kind, {{counterparty::company, ui.label_company, ui.txt_company, {ui.label_company_star}},
+                        {counterparty::dept, ui.label_dept, ui.txt_dept, {ui.label_dept_star}}});
+}
+
+/** Opens the picker of the field that the event presses; gives whether it presses one. */
+template <class editor, class form>
+bool opens_picker(editor* asker, const form& ui, const document_kind& kind, QObject* object, QEvent* event) {
+    if (is_pick(object, event, ui.txt_operater))
+        pick_operater(asker, &editor::slot_emp_selected);
+    else if (is_pick(object, event, ui.txt_company))
+        pick_company(asker, kind.company_type, kind.picker_title, &editor::slot_company_selected);
+    else if (is_pick(object, event, ui.txt_dept))
+        pick_dept(asker, kind.picker_title, &editor::slot_dept_selected);
+    else
+        return false;
+    return true;
 }
 
 /** Says which partner the document lacks of those that its kind asks for; gives whether it lacks one. */
@@ -93,8 +104,8 @@ void enable_lines(editor* target, const form& ui, const QList<QAction*>& entries
 template <class editor>
 void apply_line_rights(editor* target, const document_kind& kind) {
     if (kind.page.isEmpty()) return;
-    apply_rights<editor>(target, kind.page, nullptr,
-                         {{QStringLiteral("detail_add"), &editor::signal_enable_add},
-                          {QStringLiteral("detail_delete"), &editor::signal_enable_delete},
-                          {QStringLiteral("detail_print"), &editor::signal_enable_delete}});
+    emit_rights<editor>(target, kind.page,
+                        {{QStringLiteral("detail_add"), &editor::signal_enable_add},
+                         {QStringLiteral("detail_delete"), &editor::signal_enable_delete},
+                         {QStringLiteral("detail_print"), &editor::signal_enable_delete}});
 }

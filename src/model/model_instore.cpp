@@ -64,11 +64,15 @@ QString model_instore::search_args(const struct_instore& search) {
     return args;
 }
 
+model_instore::model_instore() : model_instore(nullptr, 0) {}
+
 model_instore::model_instore(QTableWidget* table_to_fill) : model_instore(table_to_fill, 0) {}
 
-model_instore::model_instore(int kind) : type(kind) {}
+model_instore::model_instore(int kind) : model_instore(nullptr, kind) {}
 
-model_instore::model_instore(QTableWidget* table_to_fill, int kind) : table(table_to_fill), type(kind) {}
+model_instore::model_instore(QTableWidget* table_to_fill, int kind) : table(table_to_fill), type(kind) {
+    qRegisterMetaType<struct_instore>("struct_instore");
+}
 
 QHash<QString, QVariant> model_instore::get_page(QString search, int page_num, int page_size) {
     type = QUrlQuery(search).queryItemValue(QStringLiteral("instore_type")).toInt();

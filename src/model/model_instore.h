@@ -17,7 +17,7 @@ class model_instore : public QObject, public model_interface {
     Q_INTERFACES(model_interface)
 
 public:
-    model_instore() = default;
+    model_instore();
     explicit model_instore(QTableWidget* table);
     explicit model_instore(int type);
     model_instore(QTableWidget* table, int type);

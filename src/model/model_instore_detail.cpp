@@ -4,6 +4,10 @@
 #include "model/form_body.h"
 #include "net/http.h"
 
+model_instore_detail::model_instore_detail() {
+    qRegisterMetaType<struct_instore_detail>("struct_instore_detail");
+}
+
 const record_columns<struct_instore_detail>& model_instore_detail::columns() {
     using d = struct_instore_detail;
     static const record_columns<d> table = {

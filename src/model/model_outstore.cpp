@@ -73,11 +73,15 @@ QString model_outstore::search_args(const struct_outstore& search) {
     return args;
 }
 
+model_outstore::model_outstore() : model_outstore(nullptr, 0) {}
+
 model_outstore::model_outstore(QTableWidget* table_to_fill) : model_outstore(table_to_fill, 0) {}
 
-model_outstore::model_outstore(int kind) : type(kind) {}
+model_outstore::model_outstore(int kind) : model_outstore(nullptr, kind) {}
 
-model_outstore::model_outstore(QTableWidget* table_to_fill, int kind) : table(table_to_fill), type(kind) {}
+model_outstore::model_outstore(QTableWidget* table_to_fill, int kind) : table(table_to_fill), type(kind) {
+    qRegisterMetaType<struct_outstore>("struct_outstore");
+}
 
 QHash<QString, QVariant> model_outstore::get_page(QString search, int page_num, int page_size) {
     type = QUrlQuery(search).queryItemValue(QStringLiteral("outstore_type")).toInt();

@@ -17,7 +17,7 @@ class model_outstore : public QObject, public model_interface {
     Q_INTERFACES(model_interface)
 
 public:
-    model_outstore() = default;
+    model_outstore();
     explicit model_outstore(QTableWidget* table);
     explicit model_outstore(int type);
     model_outstore(QTableWidget* table, int type);

@@ -14,6 +14,10 @@ record_column<record> later(record_column<record> c) {
 
 } // namespace
 
+model_outstore_detail::model_outstore_detail() {
+    qRegisterMetaType<struct_outstore_detail>("struct_outstore_detail");
+}
+
 void model_outstore_detail::do_add(struct_outstore_detail detail) {
     args.clear();
     append(args, "main_id=", detail.main_id);

@@ -10,6 +10,8 @@ class model_outstore_detail : public QObject {
     Q_OBJECT
 
 public:
+    model_outstore_detail();
+
     /** The answer is not looked at. */
     void do_add(struct_outstore_detail detail);
 

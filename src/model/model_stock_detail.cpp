@@ -12,19 +12,18 @@ namespace {
 
 using s = struct_stock;
 
-/** A number that the service sends as text; it is shown as it came. */
+/** A number that the service sends as text; it is shown as it came. Rows come from the service alone. */
 template <class number>
 record_column<s> as_it_came(QString header, QString key, number s::*field, number (*read)(const QString&)) {
-    const auto shown = [field](const s& r) { return QString::number(r.*field); };
-    return {{header, key}, shown, shown, [field, read](s& r, const QString& text) { r.*field = read(text); }};
+    return {
+        {header, key}, nullptr, nullptr, [field, read](s& r, const QString& text) { r.*field = read(text); }};
 }
 
 /** The time of the batch, which goes into no field. */
 record_column<s> batch_time() {
-    const auto nothing = [](const s&) { return QString(); };
     return {{QStringLiteral("时间"), QStringLiteral("datetime"), cell::carried_time},
-            nothing,
-            nothing,
+            nullptr,
+            nullptr,
             [](s&, const QString&) {}};
 }
 
@@ -71,6 +70,8 @@ QString model_stock_detail::search_args(const struct_stock& search) {
     append_if(args, "&remark=", search.remark);
     return args;
 }
+
+model_stock_detail::model_stock_detail() : model_stock_detail(nullptr, 0) {}
 
 model_stock_detail::model_stock_detail(QTableWidget* table_to_fill, int use)
     : table(table_to_fill), mode(use) {

@@ -19,7 +19,7 @@ class model_stock_detail : public QObject, public model_interface {
     Q_INTERFACES(model_interface)
 
 public:
-    model_stock_detail() = default;
+    model_stock_detail();
     /** `mode` is kept and never read. */
     model_stock_detail(QTableWidget* table, int mode);
 

@@ -4,8 +4,11 @@
 #include <QPrinter>
 #include <QTextDocument>
 
-void set_up_preview(QPrintPreviewDialog& preview, QPrinter& printer) {
+void set_up_paper(QPrinter& printer) {
     printer.setPageSize(QPageSize(QPageSize::A4));
+}
+
+void set_up_preview(QPrintPreviewDialog& preview) {
     preview.resize(170, 221);
     preview.setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
                            Qt::WindowCloseButtonHint);

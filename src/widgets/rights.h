@@ -64,15 +64,30 @@ void enable_entries(screen* target, const QList<QAction*>& entries) {
 
 /**
  * One pass over the rights of a page: each right's signal goes out with whether the user has it, in order.
- * The right "search" also loads the list, before its signal goes out.
+ * `granted` is called with a right that he has, before its signal goes out.
  */
+template <class screen, class action>
+void emit_rights(screen* target, const QString& page, const std::vector<right_signal<screen>>& rights,
+                 const action& granted) {
+    const QStringList granted_rights = g_http.rights[page];
+    for (const auto& entry : rights) {
+        const bool has = granted_rights.contains(entry.right);
+        if (has) granted(entry.right);
+        emit(target->*entry.enable)(has);
+    }
+}
+
+/** The same with signals alone. */
+template <class screen>
+void emit_rights(screen* target, const QString& page, const std::vector<right_signal<screen>>& rights) {
+    emit_rights(target, page, rights, [](const QString&) {});
+}
+
+/** The same; the right "search" also loads the list, before its signal goes out. */
 template <class screen>
 void apply_rights(screen* target, const QString& page, void (screen::*search)(),
                   const std::vector<right_signal<screen>>& rights) {
-    const QStringList granted = g_http.rights[page];
-    for (const auto& entry : rights) {
-        const bool has = granted.contains(entry.right);
-        if (has && entry.right == QLatin1String("search")) (target->*search)();
-        emit(target->*entry.enable)(has);
-    }
+    emit_rights(target, page, rights, [target, search](const QString& right) {
+        if (right == QLatin1String("search")) (target->*search)();
+    });
 }

@@ -1,11 +1,12 @@
 #pragma once
 #include <QComboBox>
-#include <QTest>
 #include <QTextEdit>
 
 #include "documents/dlg_instore_add.h"
 #include "documents/dlg_instore_detail_add.h"
 #include "gui/list_fixture.h"
+#include "support/kinds.h"
+#include "support/pick.h"
 
 /**
  * Editors of inbound documents against a scripted service. There are the warehouses 主仓 (id 1, the default)
@@ -51,48 +52,7 @@ protected:
         line.changed = 1;
         return line;
     }
-
-    /** Picks the only record of a picker's list by a double click on it. */
-    static void double_click_first(QWidget* picker) {
-        auto* list = child<QTableWidget>(picker, "tablewidget");
-        click_row(list, 0);
-        QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                           list->visualItemRect(list->item(0, 1)).center());
-    }
-
-    /** Presses a field with the left button and gives the picker that opens to `drive`. */
-    template <class picker>
-    static void pick(const QWidget* screen, const char* field, const QString& title,
-                     const std::function<void(picker*)>& drive) {
-        with_modal_of<picker>([=] { QTest::mousePress(child<QLineEdit>(screen, field), Qt::LeftButton); },
-                              [&](picker* opened) {
-                                  EXPECT_EQ(opened->windowTitle(), title);
-                                  EXPECT_EQ(opened->parentWidget(), screen);
-                                  drive(opened);
-                              });
-    }
 };
-
-/** What a kind of inbound documents is to its editor. */
-struct instore_kind {
-    int type;
-    const char* page;
-    const char* label;
-    /** "company", "dept" or empty. */
-    const char* partner;
-    const char* missing;
-    int company_type;
-    const char* picker_title;
-};
-
-inline const instore_kind instore_kinds[] = {
-    {1, "instore_purchase", "供应商", "company", "请选择供应商", 1, "查询选择供应商"},
-    {2, "instore_production", "生产部门", "dept", "请选择生产部门", 0, "选择生产部门"},
-    {3, "instore_sale_return", "客户", "company", "请选择客户", 2, "查询选择客户"},
-    {4, "instore_receive_return", "领用部门", "dept", "请选择领用部门", 0, "选择生产部门"},
-    {5, "instore_borrow_return", "对方单位", "company", "请选择借入单位", 4, "查询选择借入单位"},
-    {6, "instore_lend_return", "对方单位", "company", "请选择借出单位", 4, "查询选择借出单位"},
-    {7, "instore_other", "", "", "", 0, ""}};
 
 /** The editor of documents. */
 class instore_editor : public instore_records {

@@ -6,6 +6,7 @@
 #include "documents/tab_outstore.h"
 #include "gui/list_fixture.h"
 #include "support/kinds.h"
+#include "support/pick.h"
 
 /**
  * A tab of documents of any kind, with three documents in it. Document n has the id n, the number "N-n", the
@@ -93,14 +94,6 @@ protected:
     /** Presses a field that is picked and does something in the picker that comes. */
     void press(const char* name, const std::function<void(QWidget*)>& act) {
         with_modal([&] { QTest::mousePress(field(name), Qt::LeftButton); }, act);
-    }
-
-    /** Picks the first row of a picker by a double click on it, as users do. */
-    static void pick_first(QWidget* picker) {
-        auto* list = child<QTableWidget>(picker, "tablewidget");
-        click_row(list, 0);
-        const QPoint at = list->visualItemRect(list->item(0, 1)).center();
-        QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
     }
 
     /** Clicks twice on a row of the list. */

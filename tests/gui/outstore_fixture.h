@@ -1,7 +1,6 @@
 #pragma once
 #include <QContextMenuEvent>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTextEdit>
 
 #include "documents/dlg_outstore_add.h"
@@ -10,6 +9,8 @@
 #include "gui/list_fixture.h"
 #include "gui/outstore_samples.h"
 #include "model/model_outstore_detail.h"
+#include "support/kinds.h"
+#include "support/pick.h"
 
 /**
  * Outbound documents against a scripted service. Stock row n has the id n, the product pn with the name
@@ -43,21 +44,21 @@ protected:
     QLineEdit* field(const char* name) { return child<QLineEdit>(dialog.get(), name); }
 
     /** Picks the operator 3 and, as far as the kind has one, the partner 4. */
-    void pick_people(const outbound_sample& kind) {
+    void pick_people(const known_kind& kind) {
         struct_emp operater;
         operater.id = QStringLiteral("3");
         operater.name = QStringLiteral("员工");
         dialog->slot_emp_selected(operater);
-        if (QLatin1String(kind.partner) == QLatin1String("company")) {
+        if (kind.has("company")) {
             struct_company company;
             company.id = QStringLiteral("4");
             company.name = QStringLiteral("单位");
             dialog->slot_company_selected(company);
-        } else if (QLatin1String(kind.partner) == QLatin1String("dept")) {
+        } else if (kind.has("dept")) {
             dialog->slot_dept_selected(dept());
         }
     }
-    void pick_operater() { pick_people(outbound_samples[5]); }
+    void pick_operater() { pick_people(outbound_rows[5]); }
 
     /** Writes a line with the line dialog: so many units of a stock row. */
     void add_line(const struct_stock& row, int amount) {
@@ -93,9 +94,7 @@ protected:
 };
 
 /** The same for each kind. */
-class outstore_kind : public outstore_test, public testing::WithParamInterface<outbound_sample> {
+class outstore_kind : public outstore_test, public testing::WithParamInterface<known_kind> {
 protected:
-    bool uses(const char* partner) const {
-        return QLatin1String(GetParam().partner) == QLatin1String(partner);
-    }
+    bool uses(const char* partner) const { return GetParam().has(partner); }
 };

@@ -1,32 +1,7 @@
 #pragma once
-#include <gtest/gtest.h>
-
 #include "model/struct_dept.h"
 #include "model/struct_outstore.h"
 #include "model/struct_stock.h"
-
-/** A kind of outbound documents, as users and service know it. */
-struct outbound_sample {
-    int type;
-    const char* label;
-    /** "company", "dept" or "". */
-    const char* partner;
-    const char* missing;
-    const char* company_type;
-    const char* picker_title;
-};
-
-inline const outbound_sample outbound_samples[] = {
-    {1, "供应商", "company", "请选择供应商", "1", "查询选择供应商"},
-    {2, "客户", "company", "请选择客户", "2", "查询选择客户"},
-    {3, "领用部门", "dept", "请选择领用部门", "", "查询选择领用部门"},
-    {4, "对方单位", "company", "请选择对方单位", "4", "查询选择借出单位"},
-    {5, "对方单位", "company", "请选择对方单位", "4", "查询选择借入单位"},
-    {6, "", "", "", "", ""}};
-
-inline std::string kind_name(const testing::TestParamInfo<outbound_sample>& sample) {
-    return "type_" + std::to_string(sample.param.type);
-}
 
 /**
  * Records of outbound documents. Stock row n has the id n, the product pn with the name "货n", costs n and a

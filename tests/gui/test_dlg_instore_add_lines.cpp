@@ -63,8 +63,7 @@ TEST_F(instore_editor_lines, all_in_a_picker_takes_the_choice_back) {
     expect_tip(field("txt_company"), QStringLiteral("请选择供应商"));
 }
 
-class instore_editor_partner : public instore_editor_lines,
-                               public testing::WithParamInterface<instore_kind> {};
+class instore_editor_partner : public instore_editor_lines, public testing::WithParamInterface<known_kind> {};
 
 TEST_P(instore_editor_partner, is_picked_as_the_kind_says) {
     const QString title = QString::fromUtf8(GetParam().picker_title);
@@ -88,7 +87,7 @@ TEST_P(instore_editor_partner, is_picked_as_the_kind_says) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(kinds, instore_editor_partner, testing::ValuesIn(instore_kinds, instore_kinds + 6),
+INSTANTIATE_TEST_SUITE_P(kinds, instore_editor_partner, testing::ValuesIn(inbound_rows, inbound_rows + 6),
                          [](const auto& p) { return std::string(p.param.page); });
 
 TEST_F(instore_editor_lines, only_a_left_press_picks_and_it_goes_no_further) {

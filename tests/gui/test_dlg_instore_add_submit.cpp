@@ -31,7 +31,7 @@ protected:
     std::unique_ptr<QSignalSpy> saved;
 };
 
-class instore_submit_kind : public instore_submit, public testing::WithParamInterface<instore_kind> {};
+class instore_submit_kind : public instore_submit, public testing::WithParamInterface<known_kind> {};
 
 TEST_P(instore_submit_kind, sends_header_lines_with_their_stock_and_total) {
     open_filled(GetParam().type, {"9", "10"});
@@ -86,7 +86,7 @@ TEST_P(instore_submit_kind, checks_operater_partner_and_lines_in_that_order) {
     EXPECT_FALSE(editor->isVisible());
 }
 
-INSTANTIATE_TEST_SUITE_P(kinds, instore_submit_kind, testing::ValuesIn(instore_kinds),
+INSTANTIATE_TEST_SUITE_P(kinds, instore_submit_kind, testing::ValuesIn(inbound_rows),
                          [](const auto& p) { return std::string(p.param.page); });
 
 TEST_F(instore_submit, deleting_all_lines_asks_for_lines_again) {
@@ -268,6 +268,19 @@ TEST_F(instore_submit, takes_no_input_while_it_waits) {
     click(editor.get(), "btn_submit");
     EXPECT_EQ(pressed, 1);
     EXPECT_EQ(server.requests().size(), 4) << "one document";
+    EXPECT_EQ(saved->size(), 1);
+}
+
+TEST_F(instore_submit, no_picker_opens_while_it_waits) {
+    open_filled(7, {"9"});
+    int opened = -1;
+    server.always("wms_instore_detail/do_add", [&](const recorded_request&) {
+        opened = presses_open_a_picker(editor.get(), {"txt_operater", "txt_company", "txt_dept"});
+        return scripted_answer("1");
+    });
+    watch();
+    click(editor.get(), "btn_submit");
+    EXPECT_EQ(opened, 0);
     EXPECT_EQ(saved->size(), 1);
 }
 

@@ -58,17 +58,18 @@ TEST_F(instore_line_dialog, window_and_widgets) {
         bool required;
         const char* placeholder;
         bool read_only;
-        bool validated;
-    } rows[] = {{"txt_product_name", "label_product_name", "货品", true, "点击选择", true, false},
-                {"txt_code", "label_code", "编码", false, "", true, false},
-                {"txt_category", "label_category", "类别", false, "", true, false},
-                {"txt_spec", "label_spec", "规格", false, "", true, false},
-                {"txt_price", "label_price", "单价", true, "", false, true},
-                {"txt_amount", "label_amount", "数量", true, "", false, true},
-                {"txt_total", "label_total", "总价", false, "", true, true},
-                {"comb_warehouse", "label_warehouse", "仓库", true, nullptr, false, false},
-                {"txt_place", "label_place", "位置", true, "填写存储位置", false, false},
-                {"txt_remark", "label_remark", "备注", false, nullptr, false, false}};
+        /** What can be typed at most; 0 for any text. */
+        double top;
+    } rows[] = {{"txt_product_name", "label_product_name", "货品", true, "点击选择", true, 0},
+                {"txt_code", "label_code", "编码", false, "", true, 0},
+                {"txt_category", "label_category", "类别", false, "", true, 0},
+                {"txt_spec", "label_spec", "规格", false, "", true, 0},
+                {"txt_price", "label_price", "单价", true, "", false, 99999999.0},
+                {"txt_amount", "label_amount", "数量", true, "", false, 99999999.0},
+                {"txt_total", "label_total", "总价", false, "", true, 999999999999999.0},
+                {"comb_warehouse", "label_warehouse", "仓库", true, nullptr, false, 0},
+                {"txt_place", "label_place", "位置", true, "填写存储位置", false, 0},
+                {"txt_remark", "label_remark", "备注", false, nullptr, false, 0}};
     for (const auto& r : rows) {
         auto* part = child<QWidget>(dialog.get(), r.name);
         auto* label = child<QLabel>(dialog.get(), r.label);
@@ -79,13 +80,18 @@ TEST_F(instore_line_dialog, window_and_widgets) {
         ASSERT_EQ(star != nullptr, r.required) << r.name;
         if (star != nullptr) {
             EXPECT_EQ(star->text(), QStringLiteral("*"));
-            EXPECT_EQ(star->styleSheet(), QStringLiteral("color:red;"));
+            EXPECT_EQ(star->styleSheet(), QStringLiteral("color:red"));
             EXPECT_TRUE(label->x() < star->x() && star->x() < part->x()) << r.name;
         }
         if (r.placeholder == nullptr) continue;
         EXPECT_EQ(field(r.name)->placeholderText(), QString::fromUtf8(r.placeholder));
         EXPECT_EQ(field(r.name)->isReadOnly(), r.read_only) << r.name;
-        EXPECT_EQ(field(r.name)->validator() != nullptr, r.validated) << r.name;
+        const QValidator* bounds = field(r.name)->validator();
+        ASSERT_EQ(bounds != nullptr, r.top > 0) << r.name;
+        if (bounds == nullptr) continue;
+        EXPECT_EQ(bounds->property("bottom").toDouble(), 0.0) << r.name;
+        EXPECT_EQ(bounds->property("top").toDouble(), r.top) << r.name;
+        EXPECT_EQ(bounds->property("decimals").toInt(), qobject_cast<const QIntValidator*>(bounds) ? 0 : 2);
     }
     EXPECT_FALSE(remark->isReadOnly());
     auto* save = child<QPushButton>(dialog.get(), "btn_save");

@@ -1,7 +1,10 @@
 #include <QPrintPreviewDialog>
+#include <QVBoxLayout>
 
+#include "documents/editor_parts.h"
 #include "gui/outstore_fixture.h"
 #include "support/rights_log.h"
+#include "support/tree.h"
 
 // The window of the outbound editor: what it shows in each mode and for each kind, and its pickers.
 
@@ -10,10 +13,21 @@ class outstore_window : public outstore_test {};
 TEST_F(outstore_window, window_and_widgets) {
     open(1, 1);
     expect_window(dialog.get(), QSize(1300, 550), Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint);
-    expect_label_of(dialog.get(), "txt_sn", "单号");
-    expect_label_of(dialog.get(), "txt_operater", "经办人");
-    expect_label_of(dialog.get(), "txt_writer", "制单人");
-    expect_label_of(dialog.get(), "txt_remark", "备注");
+    const struct {
+        const char* name;
+        const char* text;
+        const char* field;
+    } labels[] = {{"label_sn", "单号", "txt_sn"},           {"label_4", "经办人", "txt_operater"},
+                  {"label_writer", "制单人", "txt_writer"}, {"label_company", "供应商", "txt_company"},
+                  {"label_dept", "部门", "txt_dept"},       {"label", "备注", "txt_remark"}};
+    for (const auto& l : labels) {
+        EXPECT_EQ(child<QLabel>(dialog.get(), l.name)->text(), QString::fromUtf8(l.text));
+        EXPECT_EQ(child<QLabel>(dialog.get(), l.name)->buddy(), field(l.field)) << l.name;
+    }
+    const auto* layout = qobject_cast<QVBoxLayout*>(dialog->layout());
+    EXPECT_EQ(layout->stretch(0), 1);
+    EXPECT_EQ(layout->stretch(1), 10);
+    EXPECT_EQ(layout->itemAt(1)->widget(), table);
     EXPECT_EQ(field("txt_sn")->maximumWidth(), 160);
     EXPECT_EQ(field("txt_operater")->placeholderText(), QStringLiteral("点击选择经办人"));
     EXPECT_EQ(field("txt_company")->placeholderText(), QStringLiteral("点击选择"));
@@ -113,37 +127,41 @@ TEST_P(outstore_kind, shows_the_partner_that_it_has) {
                 EXPECT_EQ(child<QWidget>(dialog.get(), part.constData())->isVisible(), uses(partner))
                     << part.toStdString();
         }
-        if (uses("")) continue;
-        const QByteArray label = QByteArray("label_") + GetParam().partner;
-        EXPECT_EQ(child<QLabel>(dialog.get(), label.constData())->text(),
-                  QString::fromUtf8(GetParam().label));
+        const auto text = [this](const char* label) { return child<QLabel>(dialog.get(), label)->text(); };
+        const QString shown = QString::fromUtf8(GetParam().label);
+        EXPECT_EQ(text("label_company"), uses("company") ? shown : QStringLiteral("单位"));
+        EXPECT_EQ(text("label_dept"), uses("dept") ? shown : QStringLiteral("部门"));
     }
 }
 
-TEST_P(outstore_kind, opens_its_partner_picker) {
+TEST_P(outstore_kind, takes_what_its_partner_picker_hands_over) {
     if (uses("")) return;
     server.always("wms_company/get_page",
-                  page_body({QJsonObject{{QStringLiteral("id"), QStringLiteral("4")},
+                  page_body({QJsonObject{{QStringLiteral("id"), QStringLiteral("31")},
                                          {QStringLiteral("name"), QStringLiteral("甲")}}}));
-    server.always("wms_dept/get_dept", R"([{"id":"4","name":"甲","child":[]}])");
+    server.always("wms_dept/get_dept", R"([{"id":"32","name":"乙","child":[]}])");
+    const QString title = QString::fromUtf8(GetParam().picker_title);
     open(0, GetParam().type);
-    const QByteArray name = QByteArray("txt_") + GetParam().partner;
-    with_modal([&] { QTest::mousePress(field(name.constData()), Qt::LeftButton); },
-               [this](QWidget* picker) {
-                   EXPECT_EQ(picker->windowTitle(), QString::fromUtf8(GetParam().picker_title));
-                   EXPECT_EQ(
-                       QString::fromLatin1(picker->metaObject()->className()),
-                       uses("company") ? QStringLiteral("dlg_search_company") : QStringLiteral("dlg_dept"));
-                   picker->close();
-               });
-    if (uses("company"))
+    pick_people(GetParam());
+    if (uses("company")) {
+        pick<dlg_search_company>(dialog.get(), "txt_company", title, double_click_first);
         EXPECT_EQ(server.last().body,
-                  "type=" + QByteArray(GetParam().company_type) + "&page_num=1&page_size=10");
-    else
-        EXPECT_EQ(server.last().path, "wms_dept/get_dept");
+                  "type=" + QByteArray::number(GetParam().company_type) + "&page_num=1&page_size=10");
+        EXPECT_EQ(field("txt_company")->text(), QStringLiteral("甲"));
+    } else {
+        pick<dlg_dept>(dialog.get(), "txt_dept", title, [](dlg_dept* picker) {
+            double_click_node(child<QTreeView>(picker, "treeview"), QStringLiteral("乙"));
+        });
+        EXPECT_EQ(field("txt_dept")->text(), QStringLiteral("乙"));
+    }
+    add_line(1, 1);
+    click(dialog.get(), "btn_submit");
+    const QByteArray header = server.bodies("wms_outstore/do_add").value(0);
+    EXPECT_TRUE(header.contains(uses("company") ? "&company=31&" : "&dept=32&")) << header.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(kinds, outstore_kind, testing::ValuesIn(outbound_samples), kind_name);
+INSTANTIATE_TEST_SUITE_P(kinds, outstore_kind, testing::ValuesIn(outbound_rows),
+                         [](const auto& p) { return p.param.word(); });
 
 TEST_F(outstore_window, pickers_act_on_the_left_button_while_a_document_is_written) {
     server.always("wms_emp/get_page", page_body({}));
@@ -167,9 +185,21 @@ TEST_F(outstore_window, pickers_act_on_the_left_button_while_a_document_is_writt
     }
 }
 
+TEST_F(outstore_window, the_operater_is_picked) {
+    server.always("wms_emp/get_page",
+                  page_body({QJsonObject{{QStringLiteral("id"), QStringLiteral("65")},
+                                         {QStringLiteral("name"), QStringLiteral("张三")}}}));
+    open(0);
+    pick<dlg_search_emp>(dialog.get(), "txt_operater", QStringLiteral("查询选择经办人"), double_click_first);
+    EXPECT_EQ(field("txt_operater")->text(), QStringLiteral("张三"));
+    add_line(1, 1);
+    click(dialog.get(), "btn_submit");
+    EXPECT_TRUE(server.bodies("wms_outstore/do_add").value(0).contains("&operater=65&"));
+}
+
 TEST_F(outstore_window, what_was_picked_is_shown) {
     open(0, 1);
-    pick_people(outbound_samples[0]);
+    pick_people(outbound_rows[0]);
     EXPECT_EQ(field("txt_operater")->text(), QStringLiteral("员工"));
     EXPECT_EQ(field("txt_company")->text(), QStringLiteral("单位"));
     dialog->slot_dept_selected(dept());
@@ -218,6 +248,28 @@ TEST_F(outstore_rights, signals_govern_buttons_and_entries) {
             EXPECT_EQ(child<QPushButton>(dialog.get(), r.button)->isVisible(), on) << r.button;
             EXPECT_EQ(menu_action(table, r.entry)->isEnabled(), on) << r.entry;
         }
+}
+
+TEST_F(outstore_rights, to_print_would_overrule_the_one_to_delete) {
+    const struct {
+        std::vector<const char*> rights;
+        const char* heard;
+        bool deletes;
+    } rows[] = {{{}, "add off, delete off, delete off", false},
+                {{"detail_add", "detail_delete"}, "add on, delete on, delete off", false},
+                {{"detail_print"}, "add off, delete off, delete on", true}};
+    for (const auto& r : rows) {
+        g_http.rights.clear();
+        grant("outstore_sale_take", r.rights);
+        open(1);
+        rights_log log;
+        log.follow(dialog.get());
+        apply_line_rights(dialog.get(), outbound_kind(2));
+        EXPECT_EQ(log.lines().join(QStringLiteral(", ")), QLatin1String(r.heard));
+        EXPECT_EQ(child<QPushButton>(dialog.get(), "btn_delete")->isVisible(), r.deletes);
+        EXPECT_TRUE(child<QPushButton>(dialog.get(), "btn_print")->isVisible())
+            << "its signal is never emitted";
+    }
 }
 
 class outstore_menu : public outstore_test {

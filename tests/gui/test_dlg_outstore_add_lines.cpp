@@ -1,5 +1,3 @@
-#include <QTimer>
-
 #include "gui/outstore_fixture.h"
 
 // The lines of the outbound editor and their claims: taken when a line is accepted, given back when it is
@@ -232,22 +230,52 @@ TEST_F(outstore_lines, presses_while_claims_are_given_back_do_not_give_them_back
 TEST_F(outstore_lines, no_line_is_begun_while_others_are_deleted) {
     open_with_lines({1});
     bool opened = false;
-    QTimer closing;
-    QObject::connect(&closing, &QTimer::timeout, dialog.get(), [&] {
-        if (auto* line = qobject_cast<dlg_outstore_detail_add*>(QApplication::activeModalWidget())) {
-            opened = true;
-            line->close();
-        }
-    });
     server.always("wms_stock_detail/unlock_stock", [&](const recorded_request&) {
-        closing.start(1);
-        click(dialog.get(), "btn_add");
+        opened = opens_modal([this] { click(dialog.get(), "btn_add"); });
         return scripted_answer("1");
     });
     table->selectRow(0);
     remove();
     EXPECT_FALSE(opened);
     EXPECT_EQ(table->rowCount(), 0);
+}
+
+TEST_F(outstore_lines, no_picker_opens_while_a_claim_is_on_its_way) {
+    open(1);
+    int opened = -1;
+    server.always("wms_stock_detail/lock_stock", [&](const recorded_request&) {
+        opened = presses_open_a_picker(dialog.get(), {"txt_operater", "txt_company", "txt_dept"});
+        return scripted_answer("C1");
+    });
+    dialog->slot_outstore_detail_do_add(saved_line(1));
+    EXPECT_EQ(opened, 0);
+    EXPECT_TRUE(presses_open_a_picker(dialog.get(), {"txt_operater"})) << "afterwards it does again";
+}
+
+TEST_F(outstore_lines, a_line_of_a_picked_stock_row_is_claimed) {
+    QJsonObject row{{QStringLiteral("id"), QStringLiteral("88")},
+                    {QStringLiteral("product"), QStringLiteral("p8")},
+                    {QStringLiteral("product_name"), QStringLiteral("钉")},
+                    {QStringLiteral("warehouse"), QStringLiteral("w8")},
+                    {QStringLiteral("warehouse_name"), QStringLiteral("库")},
+                    {QStringLiteral("place"), QStringLiteral("A8")},
+                    {QStringLiteral("price"), QStringLiteral("2.5")},
+                    {QStringLiteral("amount"), QStringLiteral("7")}};
+    server.always("wms_stock_detail/get_page", page_body({row}));
+    open(0);
+    with_modal_of<dlg_outstore_detail_add>(
+        [this] { click(dialog.get(), "btn_add"); },
+        [](dlg_outstore_detail_add* line) {
+            pick<dlg_search_stock>(line, "txt_product_name", QStringLiteral("查询选择库存"),
+                                   double_click_first);
+            EXPECT_EQ(child<QLineEdit>(line, "txt_amount")->text(), QStringLiteral("7"));
+            type_into(line, "txt_amount", QStringLiteral("3"));
+            click(line, "btn_save");
+        });
+    EXPECT_EQ(wire(), words({"wms_stock_detail/lock_stock lock_type=3&id=88&amount=3&total=7.5"}));
+    expect_cells(
+        table, 0,
+        {"0", "p8", "钉", "", "", "", "", "2.50", "3", "7.50", "w8", "库", "A8", "", "88", "0", "", "C1"});
 }
 
 class outstore_line_edit : public outstore_test {

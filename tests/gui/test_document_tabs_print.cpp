@@ -10,7 +10,7 @@
 /** The toolkit puts it below the text. */
 const QString g_page_number = QStringLiteral("1");
 
-class document_print : public any_document_tab {
+class document_list_print : public any_document_tab {
 protected:
     /** The text that the last page of the list would be printed from. */
     QString html() { return tab->findChild<paging*>()->html; }
@@ -26,12 +26,12 @@ protected:
     QTemporaryDir folder;
 };
 
-INSTANTIATE_TEST_SUITE_P(inbound, document_print, testing::ValuesIn(inbound_rows),
+INSTANTIATE_TEST_SUITE_P(inbound, document_list_print, testing::ValuesIn(inbound_rows),
                          [](const auto& p) { return p.param.word(); });
-INSTANTIATE_TEST_SUITE_P(outbound, document_print, testing::ValuesIn(outbound_rows),
+INSTANTIATE_TEST_SUITE_P(outbound, document_list_print, testing::ValuesIn(outbound_rows),
                          [](const auto& p) { return p.param.word(); });
 
-TEST_P(document_print, a_page_of_the_list_comes_out_on_paper) {
+TEST_P(document_list_print, a_page_of_the_list_comes_out_on_paper) {
     open();
     const QString text = on_paper();
     QString expected = kind->inbound ? u("入库记录单号") : u("出库记录单号");
@@ -46,7 +46,7 @@ TEST_P(document_print, a_page_of_the_list_comes_out_on_paper) {
     EXPECT_EQ(text, expected + g_page_number);
 }
 
-TEST_P(document_print, preview_is_maximised_on_a4_and_shows_the_page) {
+TEST_P(document_list_print, preview_is_maximised_on_a4_and_shows_the_page) {
     open();
     on_paper([](QPrintPreviewDialog* preview) {
         EXPECT_TRUE(preview->windowState().testFlag(Qt::WindowMaximized));
@@ -55,6 +55,7 @@ TEST_P(document_print, preview_is_maximised_on_a4_and_shows_the_page) {
                       Qt::WindowCloseButtonHint);
         EXPECT_EQ(preview->printer()->pageLayout().pageSize().id(), QPageSize::A4);
         EXPECT_EQ(preview->printer()->pageLayout().orientation(), QPageLayout::Portrait);
+        EXPECT_EQ(preview->printer()->resolution(), QPrinter().resolution());
         auto* pages = preview->findChild<QPrintPreviewWidget*>();
         pages->updatePreview();
         EXPECT_EQ(pages->pageCount(), 1);
@@ -62,7 +63,16 @@ TEST_P(document_print, preview_is_maximised_on_a4_and_shows_the_page) {
     EXPECT_TRUE(server.requests().isEmpty()) << "printing asks the service for nothing";
 }
 
-TEST_P(document_print, the_button_and_the_entry_show_the_preview) {
+TEST_P(document_list_print, each_preview_is_of_a4) {
+    open();
+    for (int i = 0; i < 3; ++i)
+        on_paper([](QPrintPreviewDialog* preview) {
+            EXPECT_EQ(preview->printer()->pageLayout().pageSize().id(), QPageSize::A4);
+            preview->printer()->setPageSize(QPageSize(QPageSize::Letter));
+        });
+}
+
+TEST_P(document_list_print, the_button_and_the_entry_show_the_preview) {
     open();
     int shown = 0;
     const auto look = [&shown](QPrintPreviewDialog* preview) {
@@ -75,7 +85,7 @@ TEST_P(document_print, the_button_and_the_entry_show_the_preview) {
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a second preview";
 }
 
-TEST_P(document_print, a_new_page_replaces_what_is_printed) {
+TEST_P(document_list_print, a_new_page_replaces_what_is_printed) {
     open();
     server.always(path("get_page"), page_body({document(2)}));
     click(tab.get(), "btn_search");
@@ -85,7 +95,7 @@ TEST_P(document_print, a_new_page_replaces_what_is_printed) {
     EXPECT_EQ(html().count(u("<tr><td>N-")), 1);
 }
 
-TEST_P(document_print, an_empty_list_prints_title_and_headers) {
+TEST_P(document_list_print, an_empty_list_prints_title_and_headers) {
     open();
     server.always(path("get_page"), "");
     click(tab.get(), "btn_search");
@@ -93,13 +103,13 @@ TEST_P(document_print, an_empty_list_prints_title_and_headers) {
     EXPECT_TRUE(on_paper().startsWith(kind->inbound ? u("入库记录单号") : u("出库记录单号")));
 }
 
-TEST_P(document_print, before_any_search_an_empty_text_is_printed) {
+TEST_P(document_list_print, before_any_search_an_empty_text_is_printed) {
     open_with(GetParam(), {"print"});
     EXPECT_TRUE(html().isEmpty());
     EXPECT_EQ(on_paper(), g_page_number);
 }
 
-TEST_P(document_print, values_are_read_as_html) {
+TEST_P(document_list_print, values_are_read_as_html) {
     open();
     QJsonObject marked = document(1);
     marked[QStringLiteral("remark")] = u("<b>粗</b>&lt;");
@@ -110,9 +120,7 @@ TEST_P(document_print, values_are_read_as_html) {
 }
 
 TEST(preview_of_any_list, is_small_when_restored) {
-    QPrinter printer;
-    QPrintPreviewDialog preview(&printer);
-    set_up_preview(preview, printer);
+    QPrintPreviewDialog preview;
+    set_up_preview(preview);
     EXPECT_EQ(preview.size(), QSize(170, 221));
-    EXPECT_EQ(printer.pageLayout().pageSize().id(), QPageSize::A4);
 }

@@ -121,8 +121,7 @@ protected:
         QPrinter printer;
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(file);
-        QPrintPreviewDialog preview(&printer);
-        set_up_preview(preview, printer);
+        set_up_paper(printer);
         QTextDocument document;
         print_html(document, printer, html);
         texts = paper_texts(file);

@@ -70,13 +70,16 @@ TEST_F(print_preview, window) {
     });
 }
 
-TEST_F(print_preview, is_of_a4) {
+TEST_F(print_preview, is_of_a4_each_time) {
     open();
-    preview([](QPrintPreviewDialog* shown) {
-        const QPrinter* printer = printer_of(shown);
-        EXPECT_EQ(printer->pageLayout().pageSize().id(), QPageSize::A4);
-        EXPECT_EQ(printer->pageLayout().orientation(), QPageLayout::Portrait);
-    });
+    for (int i = 0; i < 3; ++i)
+        preview([](QPrintPreviewDialog* shown) {
+            QPrinter* printer = printer_of(shown);
+            EXPECT_EQ(printer->pageLayout().pageSize().id(), QPageSize::A4);
+            EXPECT_EQ(printer->pageLayout().orientation(), QPageLayout::Portrait);
+            EXPECT_EQ(printer->resolution(), QPrinter().resolution());
+            printer->setPageSize(QPageSize(QPageSize::Letter));
+        });
 }
 
 TEST_F(print_preview, is_gone_when_it_is_closed_and_has_changed_nothing) {

@@ -58,7 +58,7 @@ TEST_P(outstore_record, of_the_search_is_that_of_the_row_opened_last) {
 
 TEST_F(outstore_tab, a_partner_picked_before_stays_in_the_field_and_is_searched_for_no_longer) {
     open(outbound_rows[0]);
-    press("txt_company", pick_first);
+    press("txt_company", double_click_first);
     EXPECT_EQ(search(), searched("&company=31"));
     with_editor([this] { double_click(2); }, [](QWidget*) {});
     EXPECT_EQ(field("txt_company")->text(), u("甲行"));

@@ -1,6 +1,7 @@
 #include "model/model_instore_detail.h"
 
 #include <QHeaderView>
+#include <QSignalSpy>
 #include <QTableWidget>
 
 #include "support/client_fixture.h"
@@ -37,6 +38,18 @@ class instore_detail_model : public client_test {
 protected:
     model_instore_detail model;
 };
+
+TEST_F(instore_detail_model, its_record_travels_in_signals) {
+    EXPECT_NE(QMetaType::type("struct_instore_detail"), 0);
+}
+
+TEST_F(instore_detail_model, its_signal_is_declared_and_never_emitted) {
+    const QSignalSpy to_edit(&model, &model_instore_detail::signal_instore_to_edit);
+    ASSERT_TRUE(to_edit.isValid());
+    model.do_add(struct_instore_detail());
+    model.do_delete(QStringLiteral("1"));
+    EXPECT_EQ(to_edit.size(), 0);
+}
 
 TEST_F(instore_detail_model, add_sends_all_keys) {
     model.do_add(full_line());

@@ -38,6 +38,11 @@ struct_outstore_detail full_line() {
 
 class outstore_detail_model : public client_test {};
 
+TEST_F(outstore_detail_model, its_record_travels_in_signals) {
+    const model_outstore_detail model;
+    EXPECT_NE(QMetaType::type("struct_outstore_detail"), 0);
+}
+
 TEST_F(outstore_detail_model, posts_a_line_with_every_key) {
     model_outstore_detail().do_add(full_line());
     EXPECT_EQ(server.last().path, "wms_outstore_detail/do_add");
