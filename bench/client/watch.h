@@ -65,6 +65,9 @@ void measure_pages();
 /** The products' pages, the grants of a user and the box of employees. */
 void measure_masters();
 
+/** Saves of documents of a hundred lines, inbound and outbound in turn, and the claims before the latter. */
+void measure_documents();
+
 /** Shows a list page, searches and turns 320 pages; prints NAMEfilled_ms and NAMEpainted_ms of the last 300.
  */
 void turn_pages(QWidget* page, const char* name);

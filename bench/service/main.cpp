@@ -24,16 +24,20 @@ int main(int count, char** words) try {
         const std::string session =
             bench::log_in(context.get(), running.port(), bench::demo_name, bench::demo_password);
         bench::measure_pages(where, running, session,
-                             {"partners", "wms_company/get_page", "type=1&", 100'000, true});
+                             {.name = "partners",
+                              .path = "wms_company/get_page",
+                              .criteria = "type=1&",
+                              .least = 100'000,
+                              .first_rate = 5000,
+                              .first_ms = 10});
         bench::measure_idle_memory(where, running);
     }
     {
         const bench::service running(where.place);
         const std::string session =
             bench::log_in(context.get(), running.port(), bench::demo_name, bench::demo_password);
-        bench::measure_pages(where, running, session,
-                             {"products", "wms_product/get_page", "", 100'000, false});
-        bench::measure_pages(where, running, session, {"employees", "wms_emp/get_page", "", 5'000, false});
+        bench::measure_pages(where, running, session, {"products", "wms_product/get_page", "", 100'000});
+        bench::measure_pages(where, running, session, {"employees", "wms_emp/get_page", "", 5'000});
         bench::measure_masters(where, running, session);
     }
     bench::measure_logins(where);

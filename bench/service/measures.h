@@ -2,6 +2,7 @@
 
 #include <openssl/ssl.h>
 
+#include <optional>
 #include <string>
 
 #include "support/figures.h"
@@ -26,7 +27,10 @@ struct paged_list {
     std::string path;
     std::string criteria; /**< what its requests begin with; empty, or ends with '&' */
     std::int64_t least;   /**< rows that it must have, so that the figures are those of a large list */
-    bool limits_apply;
+    std::optional<double> first_rate{}; /**< what the first page must reach, requests a second */
+    std::optional<double> first_ms{};   /**< 99 of 100 answers to the first page */
+    std::optional<double> any_ms{};     /**< and to every page */
+    double seconds{5};                  /**< for each page */
 };
 /** Pages of 20 on 8 connections: the first, the middle and the last. */
 void measure_pages(const scene& where, const service& running, const std::string& session,

@@ -9,8 +9,6 @@ namespace bench {
 namespace {
 
 constexpr unsigned connections = 8;
-constexpr double least_rate = 5000;
-constexpr double slowest_ms = 10;
 
 std::string page_request(const paged_list& list, const std::string& session, const std::string& page) {
     return post(list.path, list.criteria + "page_num=" + page + "&page_size=20", session);
@@ -46,6 +44,8 @@ void measure_pages(const scene& where, const service& running, const std::string
         load_plan plan;
         plan.port = running.port();
         plan.connections = connections;
+        plan.seconds = list.seconds;
+        plan.warm_up_seconds = list.seconds / 5;
         plan.next = [&](unsigned, std::uint64_t, std::string& text) { text = request; };
         plan.good = [&](std::string_view body) { return body.size() == length; };
         const load_result result = run_load(where.context, plan);
@@ -60,10 +60,11 @@ void measure_pages(const scene& where, const service& running, const std::string
         figure slow{what + ", p99", percentile(result.milliseconds, 0.99),
                     "ms",           result.milliseconds.size(),
                     std::nullopt,   "p50 " + readable(median(result.milliseconds), "ms")};
-        if (where.limits_apply && list.limits_apply && page == "1") {
-            rate.bound = limit{relation::at_least, least_rate};
-            slow.bound = limit{relation::at_most, slowest_ms};
-        }
+        const bool first = page == "1";
+        if (where.limits_apply && first && list.first_rate)
+            rate.bound = limit{relation::at_least, *list.first_rate};
+        const auto& slowest = first && list.first_ms ? list.first_ms : list.any_ms;
+        if (where.limits_apply && slowest) slow.bound = limit{relation::at_most, *slowest};
         where.found->add(std::move(rate));
         where.found->add(std::move(slow));
     }

@@ -27,6 +27,13 @@ int exit_code(int status) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
+std::int64_t memory_figure(pid_t process, const std::string& name) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind(name, 0) == 0) return std::stoll(line.substr(name.size()));
+    throw std::runtime_error("no memory figure of process " + std::to_string(process));
+}
+
 } // namespace
 
 child_process::child_process(const std::vector<std::string>& command,
@@ -76,10 +83,11 @@ void child_process::terminate() {
 }
 
 std::int64_t resident_kib(pid_t process) {
-    std::ifstream status("/proc/" + std::to_string(process) + "/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.rfind("VmRSS:", 0) == 0) return std::stoll(line.substr(6));
-    throw std::runtime_error("no memory figure of process " + std::to_string(process));
+    return memory_figure(process, "VmRSS:");
+}
+
+std::int64_t peak_kib(pid_t process) {
+    return memory_figure(process, "VmHWM:");
 }
 
 } // namespace bench

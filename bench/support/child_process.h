@@ -34,7 +34,8 @@ private:
     int m_status{-1};
 };
 
-/** Resident memory of a process in KiB. */
+/** Resident memory of a process in KiB, now and at its highest so far. */
 std::int64_t resident_kib(pid_t process);
+std::int64_t peak_kib(pid_t process);
 
 } // namespace bench
