@@ -155,15 +155,3 @@ TEST_P(document_rows, a_selection_from_the_bottom_upward_deletes_by_numbers_that
     EXPECT_EQ(server.bodies(path("do_delete")), (QList<QByteArray>{"id=1", "id="}));
     EXPECT_EQ(names(table), (QStringList{u("N-2"), u("N-3")}));
 }
-
-TEST_P(document_rows, a_search_during_a_deletion_refills_the_table) {
-    open();
-    click_row(table, 0);
-    click_row(table, 1, Qt::ShiftModifier);
-    server.always(path("do_delete"), [this](const recorded_request& request) {
-        if (request.body == "id=2") click(tab.get(), "btn_search");
-        return scripted_answer("1");
-    });
-    remove();
-    EXPECT_EQ(searches().size(), 1) << "nothing keeps it from going out";
-}

@@ -135,7 +135,8 @@ void tour::grant_steps() {
     walk.step("grants", [&] {
         open_grants("demo_keeper", [&](QWidget* dialog) {
             auto* tree = child<QTreeWidget>(dialog, "treewidget");
-            expect_state(tree, QStringLiteral("入库管理"), Qt::Unchecked);
+            expect_state(tree, QStringLiteral("采购进货入库"), Qt::Unchecked);
+            expect_state(tree, QStringLiteral("入库管理"), Qt::PartiallyChecked);
             expect_state(tree, QStringLiteral("基础信息"), Qt::PartiallyChecked);
             expect_state(tree, QStringLiteral("仓库管理"), Qt::Checked);
             expect_state(tree, QStringLiteral("部门管理"), Qt::PartiallyChecked);
