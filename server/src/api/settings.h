@@ -23,9 +23,9 @@ struct settings {
     unsigned hashing_threads{1};
     std::size_t hashing_limit{
         64}; /**< logins that may wait for a hashing thread, and as many that are held back */
-    std::size_t picture_limit{16};        /**< pictures of the sign-up that may wait to be drawn */
+    std::size_t picture_limit{16};       /**< pictures of the sign-up that may wait to be drawn */
     std::chrono::minutes sweep_every{1}; /**< how often what is long over is deleted; 0: never */
-    bool metrics_for_all{false};          /**< else /metrics answers loopback addresses only */
+    bool metrics_for_all{false};         /**< else /metrics answers loopback addresses only */
     /** Appends what other layers measure to /metrics; may be empty. */
     std::function<void(std::string&)> more_metrics;
 };
