@@ -9,6 +9,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "page.h"
 #include "support/figures.h"
 
 namespace {
@@ -28,6 +29,7 @@ boost::json::object machine() {
     sysinfo(&memory);
     utsname system{};
     uname(&system);
+    const std::string release = system.release;
     char day[32];
     const std::time_t now = std::time(nullptr);
     std::tm broken{};
@@ -36,8 +38,18 @@ boost::json::object machine() {
     return {{"processor", processor_model()},
             {"cores", sysconf(_SC_NPROCESSORS_ONLN)},
             {"memory_mib", memory.totalram / 1024 * memory.mem_unit / 1024},
-            {"kernel", std::string(system.sysname) + " " + system.release},
+            {"kernel", std::string(system.sysname) + " " + release.substr(0, release.find('-'))},
             {"date", day}};
+}
+
+std::string text_of(const boost::json::object& where, const char* key) {
+    return std::string(where.at(key).as_string());
+}
+
+std::string machine_size(const boost::json::object& where) {
+    return text_of(where, "processor") + ", " + std::to_string(where.at("cores").to_number<std::int64_t>()) +
+           " cores, " + std::to_string(where.at("memory_mib").to_number<std::int64_t>()) + " MiB, " +
+           text_of(where, "kernel") + ", " + text_of(where, "date");
 }
 
 /** Columns that a text takes: a Chinese character takes two. */
@@ -87,27 +99,27 @@ void print_table(const std::vector<figure>& all) {
 
 } // namespace
 
-/** collect OUTPUT PART...: joins what the measuring programs wrote into one table and one JSON file. */
+/** collect OUTPUT PAGE BOUNDS PART...: joins what the measuring programs wrote into one table, one JSON file
+ * and the figures of a Markdown page, beside what bounds them. */
 int main(int count, char** words) try {
-    if (count < 3) {
-        std::fputs("usage: collect OUTPUT PART...\n", stderr);
+    if (count < 5) {
+        std::fputs("usage: collect OUTPUT PAGE BOUNDS PART...\n", stderr);
         return 2;
     }
     std::vector<figure> all;
-    for (int at = 2; at < count; ++at)
+    for (int at = 4; at < count; ++at)
         for (figure& one : bench::read_figures(words[at]))
             all.push_back(std::move(one));
     const boost::json::object where = machine();
-    std::printf("%s, %lld cores, %lld MiB, %s, %s\n\n", where.at("processor").as_string().c_str(),
-                static_cast<long long>(where.at("cores").to_number<std::int64_t>()),
-                static_cast<long long>(where.at("memory_mib").to_number<std::int64_t>()),
-                where.at("kernel").as_string().c_str(), where.at("date").as_string().c_str());
+    const std::string size = machine_size(where);
+    std::printf("%s\n\n", size.c_str());
     print_table(all);
     std::ofstream file(words[1]);
     file << "{\"machine\": " << boost::json::serialize(where) << ",\n\"figures\": " << bench::to_json(all)
          << "}\n";
     file.flush();
     if (!file) throw std::runtime_error(std::string("cannot write ") + words[1]);
+    bench::replace_figures(words[2], "Machine: " + size + ".\n\n" + bench::markdown(all, words[3]));
     return 0;
 } catch (const std::exception& failed) {
     std::fprintf(stderr, "collect: %s\n", failed.what());
