@@ -89,6 +89,30 @@ TEST_P(instore_submit_kind, checks_operater_partner_and_lines_in_that_order) {
 INSTANTIATE_TEST_SUITE_P(kinds, instore_submit_kind, testing::ValuesIn(inbound_rows),
                          [](const auto& p) { return std::string(p.param.page); });
 
+TEST_F(instore_submit, missing_input_takes_nothing_away) {
+    open(0, 1);
+    watch();
+    editor->slot_instore_detail_do_add(line_of("9"));
+    editor->slot_instore_detail_do_add(line_of("10"));
+    field("txt_remark")->setText(QStringLiteral(" 急 "));
+    server.forget();
+    const QStringList lines = row_texts(table, 0) + row_texts(table, 1);
+    click(editor.get(), "btn_submit");
+    expect_tip(field("txt_operater"), QStringLiteral("请选择经办人"));
+    choose_operater();
+    click(editor.get(), "btn_submit");
+    expect_tip(field("txt_company"), QStringLiteral("请选择供应商"));
+    expect_open();
+    EXPECT_EQ(field("txt_operater")->text(), QStringLiteral("张三"));
+    EXPECT_EQ(field("txt_remark")->text(), QStringLiteral(" 急 "));
+    EXPECT_EQ(row_texts(table, 0) + row_texts(table, 1), lines);
+    EXPECT_TRUE(server.requests().isEmpty());
+    choose_partner();
+    click(editor.get(), "btn_submit");
+    EXPECT_EQ(server.bodies("wms_instore_detail/do_add").size(), 2);
+    EXPECT_EQ(saved->size(), 1);
+}
+
 TEST_F(instore_submit, deleting_all_lines_asks_for_lines_again) {
     open_filled(7, {"9"});
     table->selectRow(0);
@@ -170,6 +194,8 @@ TEST_F(instore_submit, a_refused_header_does_not_stop_the_lines) {
         EXPECT_EQ(server.bodies("wms_stock_detail/do_add").size(), 1) << body;
         EXPECT_EQ(server.bodies("wms_instore/update_total"), QList<QByteArray>{"id=&total=6.91"}) << body;
         EXPECT_EQ(saved->size(), 1) << "the last answer alone decides";
+        EXPECT_TRUE(shown_tip().isEmpty()) << "no message";
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     }
 }
 

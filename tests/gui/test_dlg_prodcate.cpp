@@ -1,6 +1,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QWheelEvent>
 
 #include "gui/tree_fixture.h"
 #include "master/dlg_prodcate.h"
@@ -86,6 +87,12 @@ TEST_F(prodcate_dialog, a_tree_taller_than_the_dialog_has_no_scroll_bars) {
     EXPECT_EQ(tree->currentIndex().data().toString(), QStringLiteral("99"));
     EXPECT_TRUE(tree->viewport()->rect().intersects(tree->visualRect(tree->currentIndex())))
         << "the keyboard reaches what no bar does";
+    const int lowest = tree->verticalScrollBar()->value();
+    const QPointF at = tree->viewport()->rect().center();
+    QWheelEvent up(at, tree->viewport()->mapToGlobal(at.toPoint()), QPoint(), QPoint(0, 1200), Qt::NoButton,
+                   Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(tree->viewport(), &up);
+    EXPECT_LT(tree->verticalScrollBar()->value(), lowest) << "and so does the wheel";
 }
 
 TEST_F(prodcate_dialog, without_the_search_right_every_mode_is_grey_and_empty) {

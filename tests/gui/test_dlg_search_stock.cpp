@@ -190,6 +190,21 @@ TEST_F(stock_picker, a_double_click_takes_the_current_row_and_not_the_index) {
     expect_picked(3);
 }
 
+TEST_F(stock_picker, a_double_click_makes_its_row_the_current_one) {
+    open();
+    ASSERT_EQ(table->currentRow(), -1);
+    const auto click_twice = [this](const QPoint& at) {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+    };
+    const QRect last = table->visualItemRect(table->item(3, 1));
+    click_twice(QPoint(last.center().x(), last.bottom() + 20));
+    EXPECT_EQ(picked->size(), 0) << "no row, no choice";
+    EXPECT_TRUE(picker->isVisible());
+    click_twice(last.center());
+    expect_picked(4);
+}
+
 TEST_F(stock_picker, what_was_searched_for_is_not_handed_over) {
     open(QStringLiteral("8"));
     fill_words(picker.get());

@@ -182,6 +182,8 @@ TEST_F(company_rows, a_refused_delete_leaves_its_row_and_goes_on) {
         remove(QMessageBox::Yes);
         EXPECT_EQ(server.requests().size(), 3);
         EXPECT_EQ(names(table), QStringList({QStringLiteral("单位2")})) << refusal;
+        EXPECT_TRUE(shown_tip().isEmpty()) << "nothing is said";
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     }
 }
 

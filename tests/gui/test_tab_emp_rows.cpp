@@ -154,6 +154,8 @@ TEST_F(emp_rows, delete_asks_and_walks_backwards) {
     remove();
     EXPECT_EQ(server.bodies("wms_emp/do_delete"), QList<QByteArray>({"id=3", "id=2", "id=1"}));
     EXPECT_EQ(names(table), QStringList({QStringLiteral("员工2")})) << "the refused one stays";
+    EXPECT_TRUE(shown_tip().isEmpty()) << "nothing is said";
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     EXPECT_EQ(server.requests().size(), 3) << "no reload";
 }
 

@@ -152,6 +152,8 @@ TEST_F(product_rows, delete_asks_and_walks_from_the_last_row_to_the_first) {
     remove(QMessageBox::Yes);
     EXPECT_EQ(server.bodies("wms_product/do_delete"), (QList<QByteArray>{"id=3", "id=2", "id=1"}));
     EXPECT_EQ(names(), words({"货2"})) << "a refused one stays, the next is tried";
+    EXPECT_TRUE(shown_tip().isEmpty()) << "nothing is said";
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     EXPECT_EQ(server.requests().size(), 3) << "no reload";
 }
 

@@ -1,3 +1,5 @@
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QTcpServer>
 
 #include "model/model_version.h"
@@ -31,10 +33,6 @@ TEST_F(http_failures, nobody_listens) {
 }
 
 TEST_F(http_failures, a_tls_handshake_with_a_peer_that_has_no_tls) {
-    server.always("x/y", "1");
-    door.base_url = server.base_url().replace(QStringLiteral("http:"), QStringLiteral("https:"));
-    for (int i = 0; i < 8; ++i)
-        server.answer(scripted_answer::of_garbage("no tls here"));
     QTcpServer refusing;
     ASSERT_TRUE(refusing.listen(QHostAddress::LocalHost));
     QObject::connect(&refusing, &QTcpServer::newConnection, &refusing,
@@ -94,6 +92,21 @@ TEST_F(http_failures, a_count_that_is_no_number_is_a_failure) {
         server.answer(body);
         EXPECT_LE(door.post_raw(QStringLiteral("x/y"), QString()).toInt(nullptr, 10), 0) << body;
     }
+}
+
+TEST_F(http_failures, there_is_no_time_out) {
+    auto* manager = door.findChild<QNetworkAccessManager*>();
+    ASSERT_NE(manager, nullptr);
+    QList<int> time_outs;
+    QObject::connect(manager, &QNetworkAccessManager::finished, &door, [&time_outs](QNetworkReply* reply) {
+        time_outs.append(reply->request().transferTimeout());
+    });
+    server.answer("1");
+    door.post_raw(QStringLiteral("x/y"), QString());
+    server.answer("1");
+    door.get_raw(QStringLiteral("x/y"));
+    EXPECT_EQ(time_outs, QList<int>({0, 0}));
+    EXPECT_EQ(manager->transferTimeout(), 0);
 }
 
 TEST_F(http_failures, the_door_works_again_after_a_failure) {

@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDialog>
 #include <QFile>
 #include <QIcon>
@@ -10,16 +11,45 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QtEndian>
 
 #include "access/dlg_user_login.h"
 #include "app/startup.h"
 #include "app/window.h"
 #include "gui/app/app_fixture.h"
+#include "init_resources.h"
 #include "net/http.h"
 #include "support/modal.h"
 #include "support/screen.h"
 
+/** Takes the program's resources away; a start brings them back. Cannot stand in a namespace. */
+static void drop_resources() {
+    Q_CLEANUP_RESOURCE(wms);
+}
+
 namespace {
+
+/** While it lives, another style sheet stands before the program's own, and that one cannot be unpacked. */
+class broken_style_sheet {
+public:
+    broken_style_sheet() {
+        QFile file(QStringLiteral(STRAY_STYLE_SHEET));
+        if (!file.open(QIODevice::ReadOnly)) throw std::runtime_error("no stray style sheet");
+        set = file.readAll();
+        // The third number of the head says where the data are: the length, the unpacked length, the bytes.
+        const auto data = qFromBigEndian<quint32>(set.constData() + 12);
+        set[int(data) + 8] = char(0xFF);
+        drop_resources();
+        if (!QResource::registerResource(bytes())) throw std::runtime_error("no resources");
+        init_resources();
+    }
+    ~broken_style_sheet() { QResource::unregisterResource(bytes()); }
+
+private:
+    const uchar* bytes() const { return reinterpret_cast<const uchar*>(set.constData()); }
+
+    QByteArray set;
+};
 
 /** The top-level window of that class; null if there is none. */
 template <class kind>
@@ -131,6 +161,16 @@ TEST_F(startup_test, looks_come_before_the_version_check_and_the_dialogs_after_i
     EXPECT_TRUE(looked);
 }
 
+TEST_F(startup_test, a_style_sheet_that_cannot_be_read_is_not_missed) {
+    const broken_style_sheet broken;
+    ASSERT_FALSE(QFile(QStringLiteral(":/qss/white.qss")).open(QIODevice::ReadOnly));
+    qApp->setStyleSheet(QStringLiteral("QLabel{}"));
+    server.answer("{}");
+    expect_login();
+    EXPECT_TRUE(qApp->styleSheet().isEmpty());
+    EXPECT_FALSE(QApplication::windowIcon().isNull()) << "the rest of the start goes on";
+}
+
 TEST_F(startup_test, the_window_exists_hidden_behind_the_login) {
     with_modal_of<dlg_user_login>([this] { start(); },
                                   [](dlg_user_login* login) {
@@ -209,6 +249,15 @@ TEST_F(startup_test, yes_to_the_update_opens_the_download_and_ends) {
     server.answer(R"({"need_update":"1","file_name":"download/wms.zip"})");
     expect_update(QMessageBox::Yes);
     EXPECT_EQ(web.opened, QList<QUrl>{QUrl(server.base_url() + QStringLiteral("download/wms.zip"))});
+}
+
+TEST_F(startup_test, a_browser_that_does_not_open_is_not_reported) {
+    QDesktopServices::setUrlHandler(QStringLiteral("http"), &web, "no_such_slot");
+    ASSERT_FALSE(QDesktopServices::openUrl(QUrl(server.base_url())));
+    server.answer(R"({"need_update":"1","file_name":"download/wms.zip"})");
+    expect_update(QMessageBox::Yes);
+    EXPECT_FALSE(modal_shown());
+    EXPECT_TRUE(web.opened.isEmpty());
 }
 
 TEST_F(startup_test, no_to_the_update_ends_without_login) {

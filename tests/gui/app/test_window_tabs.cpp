@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTabBar>
@@ -111,15 +112,45 @@ TEST_F(window_tabs_test, rows_that_are_no_page_do_nothing) {
 }
 
 TEST_F(window_tabs_test, a_second_click_brings_the_open_tab_to_the_front_as_it_was) {
+    server.always("wms_company/get_page", R"({"list":[],"total":50,"page_count":3,"page_num":1})");
     open_tabs(2, 1);
     QWidget* const first = tabs->widget(1);
     child<QLineEdit>(first, "txt_name")->setText(QStringLiteral("青"));
+    QTest::mousePress(child<QLabel>(first, "lbl_next"), Qt::LeftButton);
     tabs->setCurrentIndex(2);
     server.forget();
     click_navigation(shell, QStringLiteral("company_supplier"));
     EXPECT_EQ(tabs->count(), 3);
     EXPECT_EQ(tabs->currentWidget(), first);
     EXPECT_EQ(child<QLineEdit>(first, "txt_name")->text(), QStringLiteral("青"));
+    EXPECT_EQ(child<QLineEdit>(first, "txt_page_num")->text(), QStringLiteral("2"));
+    EXPECT_TRUE(server.requests().isEmpty());
+}
+
+TEST_F(window_tabs_test, two_kinds_of_one_screen_are_two_tabs) {
+    server.always("wms_menu/get_menu", R"([{"id":"1","name":"入库","action":"instore","child":[
+        {"id":"11","name":"采购","action":"instore_purchase","real_level":"1","child":[
+         {"id":"12","name":"查询","action":"search","real_level":"2"}]},
+        {"id":"13","name":"其他","action":"instore_other","real_level":"1","child":[
+         {"id":"14","name":"查询","action":"search","real_level":"2"}]}]}])");
+    shell.slot_init_info();
+    click_navigation(shell, QStringLiteral("instore_purchase"));
+    EXPECT_TRUE(server.last().body.contains("&instore_type=1&")) << server.last().body.data();
+    click_navigation(shell, QStringLiteral("instore_other"));
+    EXPECT_TRUE(server.last().body.contains("&instore_type=7&")) << server.last().body.data();
+    EXPECT_EQ(titles(), (QStringList{home, QStringLiteral("采购进货入库"), QStringLiteral("其他入库")}));
+    QWidget* const purchase = tabs->widget(1);
+    QWidget* const any_other = tabs->widget(2);
+    for (const QWidget* each : {purchase, any_other})
+        EXPECT_EQ(each->metaObject()->className(), std::string("tab_instore"));
+    EXPECT_FALSE(child<QLineEdit>(purchase, "txt_company")->isHidden());
+    EXPECT_TRUE(child<QLineEdit>(any_other, "txt_company")->isHidden());
+    server.forget();
+    click_navigation(shell, QStringLiteral("instore_purchase"));
+    EXPECT_EQ(tabs->currentWidget(), purchase);
+    click_navigation(shell, QStringLiteral("instore_other"));
+    EXPECT_EQ(tabs->currentWidget(), any_other);
+    EXPECT_EQ(tabs->count(), 3);
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
