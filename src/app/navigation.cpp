@@ -11,7 +11,9 @@
 #include "master/tab_emp.h"
 #include "master/tab_product.h"
 #include "master/tab_warehouse.h"
+#include "stock/tab_stock_allot.h"
 #include "stock/tab_stock_detail.h"
+#include "stock/tab_stock_summary.h"
 
 namespace {
 
@@ -40,7 +42,9 @@ const std::vector<screen_row>& screen_rows() {
         {QStringLiteral("tab_emp"), make_plain<tab_emp>},
         {QStringLiteral("tab_warehouse"), make_plain<tab_warehouse>},
         {QStringLiteral("tab_user"), make_plain<tab_user>},
+        {QStringLiteral("tab_stock_allot"), make_plain<tab_stock_allot>},
         {QStringLiteral("tab_stock_detail"), make_plain<tab_stock_detail>},
+        {QStringLiteral("tab_stock_summary"), make_plain<tab_stock_summary>},
         {QStringLiteral("tab_instore"), make_with_kind<tab_instore>},
         {QStringLiteral("tab_outstore"), make_with_kind<tab_outstore>},
     };

@@ -1,11 +1,11 @@
 #include "documents/dlg_outstore_detail_add.h"
 
 #include "documents/dlg_search_stock.h"
+#include "documents/stock_line.h"
 #include "model/list_table.h"
 #include "ui_dlg_outstore_detail_add.h"
 #include "widgets/fields.h"
 #include "widgets/modes.h"
-#include "widgets/tips.h"
 
 dlg_outstore_detail_add::dlg_outstore_detail_add(QWidget* parent, int dialog_mode)
     : QDialog(parent, Qt::Dialog | Qt::WindowCloseButtonHint),
@@ -62,12 +62,7 @@ void dlg_outstore_detail_add::on_txt_price_textChanged(QString arg1) {
 
 void dlg_outstore_detail_add::on_txt_amount_textChanged(QString arg1) {
     if (detail.stock_id.isEmpty()) return;
-    int amount = arg1.toInt();
-    if (amount > maximum) {
-        amount = maximum;
-        show_tip(ui->txt_amount, QStringLiteral("不能超过当前最大库存：") + QString::number(maximum));
-        ui->txt_amount->setText(QString::number(maximum));
-    }
+    const int amount = amount_within(ui->txt_amount, arg1, maximum);
     show_total(amount, ui->txt_price->text().toDouble());
 }
 

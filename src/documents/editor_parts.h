@@ -99,13 +99,19 @@ void enable_lines(editor* target, const form& ui, const QList<QAction*>& entries
 
 /**
  * The rights pass of an editor. Kept on purpose: what the right to print says goes out as what the right to
- * delete says, and overrules it. Of no kind there are no rights, and nothing goes out.
+ * delete says, and overrules it.
  */
 template <class editor>
-void apply_line_rights(editor* target, const document_kind& kind) {
-    if (kind.page.isEmpty()) return;
-    emit_rights<editor>(target, kind.page,
+void apply_line_rights(editor* target, const QString& page) {
+    emit_rights<editor>(target, page,
                         {{QStringLiteral("detail_add"), &editor::signal_enable_add},
                          {QStringLiteral("detail_delete"), &editor::signal_enable_delete},
                          {QStringLiteral("detail_print"), &editor::signal_enable_delete}});
+}
+
+/** The same for a kind of documents. Of no kind there are no rights, and nothing goes out. */
+template <class editor>
+void apply_line_rights(editor* target, const document_kind& kind) {
+    if (kind.page.isEmpty()) return;
+    apply_line_rights(target, kind.page);
 }

@@ -3,17 +3,6 @@
 #include "model/form_body.h"
 #include "net/http.h"
 
-namespace {
-
-/** A cell that a new row does not have yet. */
-template <class record>
-record_column<record> later(record_column<record> c) {
-    c.added = nullptr;
-    return c;
-}
-
-} // namespace
-
 model_outstore_detail::model_outstore_detail() {
     qRegisterMetaType<struct_outstore_detail>("struct_outstore_detail");
 }

@@ -88,6 +88,13 @@ record_column<record> fitted(record_column<record> c) {
     return c;
 }
 
+/** A cell that a new row does not have yet. */
+template <class record>
+record_column<record> later(record_column<record> c) {
+    c.added = nullptr;
+    return c;
+}
+
 template <class record>
 std::vector<column> faces(const record_columns<record>& columns) {
     std::vector<column> result;

@@ -8,7 +8,9 @@
 #include "model/model_instore.h"
 #include "model/model_outstore.h"
 #include "model/model_product.h"
+#include "model/model_stock_allot.h"
 #include "model/model_stock_detail.h"
+#include "model/model_stock_summary.h"
 #include "model/model_user.h"
 #include "model/model_warehouse.h"
 #include "ui_paging.h"
@@ -36,7 +38,9 @@ model_interface* make_page_model(const QString& module, QTableWidget* table) {
         {QStringLiteral("user"), make<model_user>},
         {QStringLiteral("instore"), make<model_instore>},
         {QStringLiteral("outstore"), make<model_outstore>},
+        {QStringLiteral("stock_allot"), make<model_stock_allot>},
         {QStringLiteral("stock_detail"), make_stock_detail},
+        {QStringLiteral("stock_summary"), make<model_stock_summary>},
     };
     const maker make_model = makers.value(module, nullptr);
     return make_model != nullptr ? make_model(table) : nullptr;

@@ -13,8 +13,15 @@
 #include "model/model_instore_detail.h"
 #include "model/model_outstore.h"
 #include "model/model_outstore_detail.h"
+#include "model/model_stock_allot.h"
+#include "model/model_stock_allot_detail.h"
 #include "model/model_stock_detail.h"
+#include "model/model_stock_summary.h"
+#include "stock/dlg_stock_allot_add.h"
+#include "stock/dlg_stock_allot_detail_add.h"
+#include "stock/tab_stock_allot.h"
 #include "stock/tab_stock_detail.h"
+#include "stock/tab_stock_summary.h"
 #include "support/screen.h"
 
 // What the classes of documents and stock offer to each other: signals and slots in their order, whether
@@ -159,12 +166,70 @@ const offered_interface g_interfaces[] = {
      {"signal_send_args(QString)", "signal_enable_search(bool)", "slot_right_menu()",
       "on_tablewidget_itemEntered(QTableWidgetItem*)", "on_btn_search_clicked()", "on_btn_print_clicked()",
       "slot_print()"}},
+    {&tab_stock_summary::staticMetaObject,
+     {"signal_send_args(QString)", "signal_enable_search(bool)", "signal_enable_print(bool)",
+      "slot_right_menu()", "on_tablewidget_itemEntered(QTableWidgetItem*)", "on_btn_search_clicked()",
+      "slot_print()", "on_btn_print_clicked()"}},
+    {&tab_stock_allot::staticMetaObject,
+     {"signal_set_current_user()",
+      "signal_stock_allot_to_edit(struct_stock_allot)",
+      "signal_send_args(QString)",
+      "signal_enable_search(bool)",
+      "signal_enable_add(bool)",
+      "signal_enable_view(bool)",
+      "signal_enable_delete(bool)",
+      "signal_enable_print(bool)",
+      "slot_emp_selected(struct_emp)",
+      "slot_writer_selected(struct_user)",
+      "slot_stock_allot_get_list()",
+      "slot_right_menu()",
+      "slot_stock_allot_to_add()",
+      "slot_stock_allot_to_view()",
+      "slot_stock_allot_to_edit()",
+      "slot_stock_allot_to_delete()",
+      "on_tablewidget_doubleClicked(QModelIndex)",
+      "on_tablewidget_itemEntered(QTableWidgetItem*)",
+      "on_btn_search_clicked()",
+      "slot_text_filter(bool)",
+      "on_btn_print_clicked()",
+      "slot_print()"}},
+    {&dlg_stock_allot_add::staticMetaObject,
+     {"signal_stock_allot_add_row(struct_stock_allot)",
+      "signal_stock_allot_detail_to_edit(struct_stock_allot_detail)",
+      "signal_stock_allot_get_list()",
+      "signal_set_warehouse_out(QString)",
+      "signal_enable_add(bool)",
+      "signal_enable_delete(bool)",
+      "signal_enable_print(bool)",
+      "slot_set_current_user()",
+      "slot_stock_allot_to_edit(struct_stock_allot)",
+      "slot_stock_allot_detail_do_add(struct_stock_allot_detail)",
+      "slot_stock_allot_detail_do_edit(struct_stock_allot_detail)",
+      "slot_right_menu()",
+      "slot_stock_allot_detail_to_add()",
+      "slot_stock_allot_detail_to_edit()",
+      "slot_stock_allot_detail_to_delete()",
+      "on_btn_cancel_clicked()",
+      "on_btn_submit_clicked()",
+      "on_tablewidget_itemEntered(QTableWidgetItem*)",
+      "slot_emp_selected(struct_emp)",
+      "on_btn_print_clicked()",
+      "slot_print()"}},
+    {&dlg_stock_allot_detail_add::staticMetaObject,
+     {"signal_stock_allot_detail_do_add(struct_stock_allot_detail)",
+      "signal_stock_allot_detail_do_edit(struct_stock_allot_detail)",
+      "slot_stock_allot_detail_to_edit(struct_stock_allot_detail)", "slot_stock_selected(struct_stock)",
+      "slot_set_warehouse_out(QString)", "on_btn_cancel_clicked()", "on_btn_save_clicked()",
+      "on_txt_amount_textChanged(QString)", "on_txt_price_textChanged(QString)"}},
     {&model_instore::staticMetaObject, {}},
     {&model_instore_detail::staticMetaObject, {"signal_instore_to_edit(struct_instore_detail)"}},
     {&model_outstore::staticMetaObject, {}},
     {&model_outstore_detail::staticMetaObject, {}},
     {&model_stock_detail::staticMetaObject,
      {"signal_stock_to_edit(struct_stock)", "signal_send_args(QString)"}},
+    {&model_stock_summary::staticMetaObject, {}},
+    {&model_stock_allot::staticMetaObject, {}},
+    {&model_stock_allot_detail::staticMetaObject, {}},
 };
 
 INSTANTIATE_TEST_SUITE_P(documents_and_stock, interfaces, testing::ValuesIn(g_interfaces),

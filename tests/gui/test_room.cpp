@@ -25,7 +25,11 @@
 #include "master/tab_emp.h"
 #include "master/tab_product.h"
 #include "master/tab_warehouse.h"
+#include "stock/dlg_stock_allot_add.h"
+#include "stock/dlg_stock_allot_detail_add.h"
+#include "stock/tab_stock_allot.h"
 #include "stock/tab_stock_detail.h"
+#include "stock/tab_stock_summary.h"
 
 // That every part of a screen has the room that it needs with the style sheet that the program has. (The
 // screens of accounts are looked at where they are tested.)
@@ -80,16 +84,24 @@ const made_screen made_screens[] = {
     {"tab_product", make<tab_product>},
     {"tab_warehouse", make<tab_warehouse>},
     {"dlg_search_stock", []() -> QWidget* { return new dlg_search_stock(nullptr, QString()); }},
-    {"tab_stock_detail", make<tab_stock_detail>}};
+    {"dlg_stock_allot_new", make<dlg_stock_allot_add, 0>},
+    {"dlg_stock_allot_edit", make<dlg_stock_allot_add, 1>},
+    {"dlg_stock_allot_view", make<dlg_stock_allot_add, 5>},
+    {"dlg_stock_allot_detail_add", make<dlg_stock_allot_detail_add, 0>},
+    {"tab_stock_allot", make<tab_stock_allot>},
+    {"tab_stock_detail", make<tab_stock_detail>},
+    {"tab_stock_summary", make<tab_stock_summary>}};
 
 } // namespace
 
 class room : public list_test, public testing::WithParamInterface<made_screen> {
 protected:
     room() {
-        for (const char* page : {"company_other", "dept", "emp", "prodcate", "product", "warehouse",
-                                 "stock_detail", "instore_borrow_return", "outstore_lend"})
-            grant(page, {"search", "add", "add_child", "edit", "delete", "view", "print"});
+        for (const char* page :
+             {"company_other", "dept", "emp", "prodcate", "product", "warehouse", "stock_detail",
+              "instore_borrow_return", "outstore_lend", "stock_allot", "stock_summary"})
+            grant(page, {"search", "add", "add_child", "edit", "delete", "view", "print", "detail_add",
+                         "detail_print"});
         for (const char* path : {"wms_dept/get_dept", "wms_prodcate/get_prodcate"})
             server.always(path, R"([{"id":"1","name":"甲","child":[{"id":"2","name":"乙"}]}])");
         for (const char* path : {"wms_menu/get_menu", "wms_permission/get_permission"})

@@ -48,11 +48,12 @@ const expected_row expected_rows[] = {
 };
 
 /** The screens that the client has. */
-const QStringList screens{QStringLiteral("dlg_dept"),    QStringLiteral("dlg_prodcate"),
-                          QStringLiteral("tab_company"), QStringLiteral("tab_emp"),
-                          QStringLiteral("tab_instore"), QStringLiteral("tab_outstore"),
-                          QStringLiteral("tab_product"), QStringLiteral("tab_stock_detail"),
-                          QStringLiteral("tab_user"),    QStringLiteral("tab_warehouse")};
+const QStringList screens{QStringLiteral("dlg_dept"),        QStringLiteral("dlg_prodcate"),
+                          QStringLiteral("tab_company"),     QStringLiteral("tab_emp"),
+                          QStringLiteral("tab_instore"),     QStringLiteral("tab_outstore"),
+                          QStringLiteral("tab_product"),     QStringLiteral("tab_stock_detail"),
+                          QStringLiteral("tab_stock_allot"), QStringLiteral("tab_stock_summary"),
+                          QStringLiteral("tab_user"),        QStringLiteral("tab_warehouse")};
 
 class navigation_test : public app_test {
 protected:
