@@ -14,6 +14,7 @@
 #include "stock/tab_stock_allot.h"
 #include "stock/tab_stock_detail.h"
 #include "stock/tab_stock_summary.h"
+#include "stock/tab_stock_taking.h"
 
 namespace {
 
@@ -45,6 +46,7 @@ const std::vector<screen_row>& screen_rows() {
         {QStringLiteral("tab_stock_allot"), make_plain<tab_stock_allot>},
         {QStringLiteral("tab_stock_detail"), make_plain<tab_stock_detail>},
         {QStringLiteral("tab_stock_summary"), make_plain<tab_stock_summary>},
+        {QStringLiteral("tab_stock_taking"), make_plain<tab_stock_taking>},
         {QStringLiteral("tab_instore"), make_with_kind<tab_instore>},
         {QStringLiteral("tab_outstore"), make_with_kind<tab_outstore>},
     };

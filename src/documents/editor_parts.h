@@ -109,9 +109,8 @@ void apply_line_rights(editor* target, const QString& page) {
                          {QStringLiteral("detail_print"), &editor::signal_enable_delete}});
 }
 
-/** The same for a kind of documents. Of no kind there are no rights, and nothing goes out. */
+/** The same for documents of a kind. Of no kind there are no rights, and nothing goes out. */
 template <class editor>
 void apply_line_rights(editor* target, const document_kind& kind) {
-    if (kind.page.isEmpty()) return;
-    apply_line_rights(target, kind.page);
+    if (!kind.page.isEmpty()) apply_line_rights(target, kind.page);
 }

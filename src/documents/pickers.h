@@ -38,9 +38,10 @@ void pick_operater(screen* asker, void (screen::*selected)(struct_emp)) {
 }
 
 template <class screen>
-void pick_writer(screen* asker, void (screen::*selected)(struct_user)) {
+void pick_writer(screen* asker, void (screen::*selected)(struct_user),
+                 const QString& title = QStringLiteral("查询选择制单人")) {
     dlg_search_user picker(asker);
     QObject::connect(&picker, &dlg_search_user::signal_user_selected, asker, selected);
-    picker.setWindowTitle(QStringLiteral("查询选择制单人"));
+    picker.setWindowTitle(title);
     picker.exec();
 }

@@ -4,4 +4,4 @@
 enum record_mode { mode_add = 0, mode_edit = 1 };
 
 /** What a document editor is opened for. */
-enum document_mode { document_new = 0, document_edit = 1, document_view = 5 };
+enum document_mode { document_new = 0, document_edit = 1, document_view = 5, document_audit = 6 };

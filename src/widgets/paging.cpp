@@ -11,6 +11,7 @@
 #include "model/model_stock_allot.h"
 #include "model/model_stock_detail.h"
 #include "model/model_stock_summary.h"
+#include "model/model_stock_taking.h"
 #include "model/model_user.h"
 #include "model/model_warehouse.h"
 #include "ui_paging.h"
@@ -41,6 +42,7 @@ model_interface* make_page_model(const QString& module, QTableWidget* table) {
         {QStringLiteral("stock_allot"), make<model_stock_allot>},
         {QStringLiteral("stock_detail"), make_stock_detail},
         {QStringLiteral("stock_summary"), make<model_stock_summary>},
+        {QStringLiteral("stock_taking"), make<model_stock_taking>},
     };
     const maker make_model = makers.value(module, nullptr);
     return make_model != nullptr ? make_model(table) : nullptr;

@@ -1,38 +1,25 @@
 #pragma once
 #include <QContextMenuEvent>
-#include <QSignalSpy>
 #include <QTextEdit>
 
 #include "documents/dlg_outstore_add.h"
 #include "documents/dlg_outstore_detail_add.h"
 #include "documents/dlg_search_stock.h"
-#include "gui/list_fixture.h"
-#include "gui/outstore_samples.h"
+#include "gui/claims_fixture.h"
 #include "model/model_outstore_detail.h"
 #include "support/kinds.h"
-#include "support/pick.h"
 
 /**
  * Outbound documents against a scripted service. Stock row n has the id n, the product pn with the name
  * "货n", costs n and a half and has n times 10 units; it lies at place An of the warehouse wn. Claims get the
  * ids C1, C2 and so on.
  */
-class outstore_test : public list_test, protected outstore_records {
+class outstore_test : public claims_test {
 protected:
     outstore_test() {
-        server.always("wms_warehouse/get_option", "[]");
-        server.always("wms_warehouse/get_option_with_stat", "[]");
-        server.always("wms_stock_detail/get_page", page_body({}));
-        server.always("wms_stock_detail/lock_stock", [this](const recorded_request&) {
-            return scripted_answer("C" + QByteArray::number(++claims));
-        });
-        server.always("wms_stock_detail/unlock_stock", "1");
         server.always("wms_outstore/do_add", R"({"http_state":1,"insert_id":"77"})");
         server.always("wms_outstore/update_total", "1");
-        g_http.current_user.id = QStringLiteral("9");
-        g_http.current_user.realname = QStringLiteral("王");
     }
-    ~outstore_test() override { g_http.current_user = struct_user(); }
 
     void open(int mode, int type = 6) {
         dialog = std::make_unique<dlg_outstore_add>(nullptr, mode, type);
@@ -71,23 +58,6 @@ protected:
     }
     void add_line(int n, int amount) { add_line(stock(n), amount); }
 
-    /** What went over the wire, but for what pickers ask when they open. */
-    QStringList wire() const {
-        QStringList calls;
-        for (const auto& request : server.requests())
-            if (!request.path.startsWith("wms_warehouse/") && request.path != "wms_stock_detail/get_page")
-                calls.append(QString::fromUtf8(request.path + ' ' + request.body));
-        return calls;
-    }
-
-    static QStringList words(std::initializer_list<const char*> texts) {
-        QStringList result;
-        for (const char* text : texts)
-            result.append(QString::fromUtf8(text));
-        return result;
-    }
-
-    int claims = 0;
     std::unique_ptr<dlg_outstore_add> dialog;
     std::unique_ptr<QSignalSpy> listed;
     QTableWidget* table = nullptr;

@@ -7,6 +7,7 @@
 #include "gui/list_fixture.h"
 #include "master/dlg_search_product.h"
 #include "stock/dlg_stock_allot_add.h"
+#include "stock/dlg_stock_taking_add.h"
 #include "support/pick.h"
 
 // How the editors of documents differ on purpose, side by side. Each row is an editor; each test is one point
@@ -47,6 +48,8 @@ const editor_row g_editors[] = {
     {"outbound", new_document<dlg_outstore_add, 6>, "dlg_search_stock", "",
      "lock_type=3&id=88&amount=2&total=5", true, "wms_outstore/update_total", false, place::read_only,
      "txt_amount", "btn_save"},
+    {"stocktaking", new_document<dlg_stock_taking_add>, "dlg_search_stock", "", "lock_type=2&id=88", false,
+     "wms_stock_taking/update_profitloss", false, place::read_only, "txt_real_amount", "btn_submit"},
     {"transfer", new_document<dlg_stock_allot_add>, "dlg_search_stock", "&warehouse=3",
      "lock_type=1&id=88&amount=2&total=5", true, "", true, place::open_and_required, "txt_amount",
      "btn_save"},

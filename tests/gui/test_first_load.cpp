@@ -12,6 +12,7 @@
 #include "master/tab_product.h"
 #include "master/tab_warehouse.h"
 #include "stock/tab_stock_allot.h"
+#include "stock/tab_stock_taking.h"
 #include "support/client_fixture.h"
 #include "support/pages.h"
 #include "support/rights_log.h"
@@ -125,7 +126,9 @@ TEST_F(first_load_of_documents, comes_before_the_signals_and_add_before_view) {
                    {"tab_outstore", "outstore_receive", "wms_outstore/get_page",
                     []() -> QWidget* { return new tab_outstore(nullptr, 3); }},
                    {"tab_stock_allot", "stock_allot", "wms_stock_allot/get_page",
-                    []() -> QWidget* { return new tab_stock_allot(nullptr); }}};
+                    []() -> QWidget* { return new tab_stock_allot(nullptr); }},
+                   {"tab_stock_taking", "stock_taking", "wms_stock_taking/get_page",
+                    []() -> QWidget* { return new tab_stock_taking(nullptr); }}};
     QStringList expected;
     for (const auto& row : screens) {
         grant(row.page, {"search", "view", "print"});

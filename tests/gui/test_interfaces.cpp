@@ -17,11 +17,16 @@
 #include "model/model_stock_allot_detail.h"
 #include "model/model_stock_detail.h"
 #include "model/model_stock_summary.h"
+#include "model/model_stock_taking.h"
+#include "model/model_stock_taking_detail.h"
 #include "stock/dlg_stock_allot_add.h"
 #include "stock/dlg_stock_allot_detail_add.h"
+#include "stock/dlg_stock_taking_add.h"
+#include "stock/dlg_stock_taking_detail_add.h"
 #include "stock/tab_stock_allot.h"
 #include "stock/tab_stock_detail.h"
 #include "stock/tab_stock_summary.h"
+#include "stock/tab_stock_taking.h"
 #include "support/screen.h"
 
 // What the classes of documents and stock offer to each other: signals and slots in their order, whether
@@ -230,6 +235,61 @@ const offered_interface g_interfaces[] = {
     {&model_stock_summary::staticMetaObject, {}},
     {&model_stock_allot::staticMetaObject, {}},
     {&model_stock_allot_detail::staticMetaObject, {}},
+    {&tab_stock_taking::staticMetaObject,
+     {"signal_set_current_user()",
+      "signal_stock_taking_to_edit(struct_stock_taking)",
+      "signal_send_args(QString)",
+      "signal_enable_search(bool)",
+      "signal_enable_add(bool)",
+      "signal_enable_view(bool)",
+      "signal_enable_delete(bool)",
+      "signal_enable_print(bool)",
+      "slot_taking_to_add()",
+      "slot_taking_to_edit()",
+      "slot_taking_to_delete()",
+      "slot_right_menu()",
+      "slot_taking_to_view()",
+      "slot_taking_to_audit()",
+      "on_tablewidget_doubleClicked(QModelIndex)",
+      "on_tablewidget_itemEntered(QTableWidgetItem*)",
+      "on_btn_search_clicked()",
+      "slot_text_filter(bool)",
+      "on_btn_print_clicked()",
+      "slot_print()",
+      "slot_emp_selected(struct_emp)",
+      "slot_writer_selected(struct_user)",
+      "slot_stock_taking_get_list()"}},
+    {&dlg_stock_taking_add::staticMetaObject,
+     {"signal_stock_taking_get_list()",
+      "signal_stock_taking_detail_to_edit(struct_stock_taking_detail)",
+      "signal_enable_add(bool)",
+      "signal_enable_delete(bool)",
+      "signal_enable_print(bool)",
+      "slot_set_current_user()",
+      "slot_stock_taking_to_edit(struct_stock_taking)",
+      "slot_emp_selected(struct_emp)",
+      "slot_stock_taking_detail_do_edit(struct_stock_taking_detail)",
+      "slot_stock_taking_detail_do_add(struct_stock_taking_detail)",
+      "on_btn_cancel_clicked()",
+      "slot_right_menu()",
+      "slot_stock_taking_detail_to_add()",
+      "slot_stock_taking_detail_to_edit()",
+      "slot_stock_taking_detail_to_delete()",
+      "on_btn_add_clicked()",
+      "on_btn_delete_clicked()",
+      "on_btn_submit_clicked()",
+      "on_btn_audit_clicked()",
+      "on_tablewidget_itemEntered(QTableWidgetItem*)",
+      "on_btn_print_clicked()",
+      "slot_print()"}},
+    {&dlg_stock_taking_detail_add::staticMetaObject,
+     {"signal_stock_taking_detail_do_add(struct_stock_taking_detail)",
+      "signal_stock_taking_detail_do_edit(struct_stock_taking_detail)",
+      "slot_stock_taking_detail_to_edit(struct_stock_taking_detail)", "slot_stock_selected(struct_stock)",
+      "on_btn_cancel_clicked()", "on_txt_real_amount_textChanged(QString)",
+      "on_txt_price_textChanged(QString)", "on_btn_submit_clicked()"}},
+    {&model_stock_taking::staticMetaObject, {}},
+    {&model_stock_taking_detail::staticMetaObject, {}},
 };
 
 INSTANTIATE_TEST_SUITE_P(documents_and_stock, interfaces, testing::ValuesIn(g_interfaces),

@@ -27,9 +27,12 @@
 #include "master/tab_warehouse.h"
 #include "stock/dlg_stock_allot_add.h"
 #include "stock/dlg_stock_allot_detail_add.h"
+#include "stock/dlg_stock_taking_add.h"
+#include "stock/dlg_stock_taking_detail_add.h"
 #include "stock/tab_stock_allot.h"
 #include "stock/tab_stock_detail.h"
 #include "stock/tab_stock_summary.h"
+#include "stock/tab_stock_taking.h"
 
 // That every part of a screen has the room that it needs with the style sheet that the program has. (The
 // screens of accounts are looked at where they are tested.)
@@ -90,7 +93,12 @@ const made_screen made_screens[] = {
     {"dlg_stock_allot_detail_add", make<dlg_stock_allot_detail_add, 0>},
     {"tab_stock_allot", make<tab_stock_allot>},
     {"tab_stock_detail", make<tab_stock_detail>},
-    {"tab_stock_summary", make<tab_stock_summary>}};
+    {"tab_stock_summary", make<tab_stock_summary>},
+    {"tab_stock_taking", make<tab_stock_taking>},
+    {"dlg_stock_taking_new", make<dlg_stock_taking_add, 0>},
+    {"dlg_stock_taking_edit", make<dlg_stock_taking_add, 1>},
+    {"dlg_stock_taking_view", make<dlg_stock_taking_add, 5>},
+    {"dlg_stock_taking_detail_add", make<dlg_stock_taking_detail_add, 0>}};
 
 } // namespace
 
@@ -99,7 +107,7 @@ protected:
     room() {
         for (const char* page :
              {"company_other", "dept", "emp", "prodcate", "product", "warehouse", "stock_detail",
-              "instore_borrow_return", "outstore_lend", "stock_allot", "stock_summary"})
+              "instore_borrow_return", "outstore_lend", "stock_allot", "stock_summary", "stock_taking"})
             grant(page, {"search", "add", "add_child", "edit", "delete", "view", "print", "detail_add",
                          "detail_print"});
         for (const char* path : {"wms_dept/get_dept", "wms_prodcate/get_prodcate"})

@@ -47,14 +47,6 @@ const expected_row expected_rows[] = {
     {"user", "tab_user", 0, QStringLiteral("用户管理")},
 };
 
-/** The screens that the client has. */
-const QStringList screens{QStringLiteral("dlg_dept"),        QStringLiteral("dlg_prodcate"),
-                          QStringLiteral("tab_company"),     QStringLiteral("tab_emp"),
-                          QStringLiteral("tab_instore"),     QStringLiteral("tab_outstore"),
-                          QStringLiteral("tab_product"),     QStringLiteral("tab_stock_detail"),
-                          QStringLiteral("tab_stock_allot"), QStringLiteral("tab_stock_summary"),
-                          QStringLiteral("tab_user"),        QStringLiteral("tab_warehouse")};
-
 class navigation_test : public app_test {
 protected:
     navigation_test() { serve_menu_and_partners(); }
@@ -84,24 +76,22 @@ TEST_F(navigation_test, the_table_knows_every_key) {
     EXPECT_EQ(find_navigation_row(QStringLiteral("Company_Client")), nullptr);
 }
 
-TEST_F(navigation_test, a_row_without_a_screen_makes_none) {
+TEST_F(navigation_test, every_row_makes_its_screen) {
     log_in_administrator();
     for (const navigation_row& row : navigation_rows()) {
         const std::unique_ptr<QWidget> screen(make_screen(row, nullptr));
-        EXPECT_EQ(screen != nullptr, screens.contains(row.screen)) << row.key.toStdString();
-        if (screen == nullptr) continue;
+        ASSERT_NE(screen, nullptr) << row.key.toStdString();
         EXPECT_EQ(QLatin1String(screen->metaObject()->className()), row.screen);
     }
 }
 
-TEST_F(navigation_test, a_key_without_a_screen_does_nothing_when_clicked) {
+TEST_F(navigation_test, a_key_that_is_no_page_does_nothing_when_clicked) {
     window shell;
-    for (const navigation_row& row : navigation_rows()) {
-        if (screens.contains(row.screen)) continue;
+    for (const char* key : {"", "stock", "stock_allot2", "tab_stock_allot"}) {
         QTreeWidgetItem item;
-        item.setText(2, row.key);
+        item.setText(2, QLatin1String(key));
         shell.on_treewidget_itemClicked(&item, 0);
-        EXPECT_EQ(child<QTabWidget>(&shell, "main_tab")->count(), 0) << row.key.toStdString();
+        EXPECT_EQ(child<QTabWidget>(&shell, "main_tab")->count(), 0) << key;
     }
     EXPECT_TRUE(server.requests().isEmpty());
 }
