@@ -1,6 +1,7 @@
 #include "domain/document_kinds.h"
 
 #include <array>
+#include <span>
 #include <string>
 
 #include "domain/refused.h"
@@ -27,17 +28,30 @@ constexpr std::array<document_kind, 6> g_outbound{{
     {6, "outstore_other", "QC", counterparty::none},
 }};
 
-template <std::size_t count>
-const document_kind& find(const std::array<document_kind, count>& kinds, std::int64_t type) {
-    for (const auto& one : kinds)
-        if (one.type == type) return one;
-    throw refused("unknown kind of document " + std::to_string(type));
+constexpr std::array<document_kind, 1> g_stocktaking{{{1, "stock_taking", "PD", counterparty::none}}};
+constexpr std::array<document_kind, 1> g_transfer{{{1, "stock_allot", "DB", counterparty::none}}};
+
+std::span<const document_kind> kinds_of(store::document_module module) {
+    using enum store::document_module;
+    switch (module) {
+        case inbound:
+            return g_inbound;
+        case outbound:
+            return g_outbound;
+        case stocktaking:
+            return g_stocktaking;
+        case transfer:
+            return g_transfer;
+    }
+    return {};
 }
 
 } // namespace
 
 const document_kind& kind_of(store::document_module module, std::int64_t type) {
-    return module == store::document_module::inbound ? find(g_inbound, type) : find(g_outbound, type);
+    for (const auto& one : kinds_of(module))
+        if (one.type == type) return one;
+    throw refused("unknown kind of document " + std::to_string(type));
 }
 
 } // namespace tavrok::domain

@@ -33,6 +33,8 @@ store::list_filter filter_of(const principal& who, document_module module, const
         store::equal(filter, "has_dept", 1);
         store::equal(filter, "dept", *search.dept);
     }
+    if (search.warehouse_out) store::equal(filter, "warehouse_out", *search.warehouse_out);
+    if (search.warehouse_in) store::equal(filter, "warehouse_in", *search.warehouse_in);
     return filter;
 }
 

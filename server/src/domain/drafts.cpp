@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "domain/document_kinds.h"
+#include "domain/document_parts.h"
 #include "domain/documents.h"
 #include "domain/employees.h"
 #include "domain/money.h"
@@ -41,24 +42,49 @@ void check_partner(store::connection& with, const principal& who, counterparty w
     }
 }
 
-void check_amounts(const document_line& line) {
+void check_warehouses(store::connection& with, const principal& who, document_module module,
+                      const document_header& header) {
+    const bool transfer = module == document_module::transfer;
+    if (header.warehouse_out.has_value() != transfer || header.warehouse_in.has_value() != transfer) {
+        throw refused("a transfer, and nothing else, has two warehouses");
+    }
+    if (!transfer) return;
+    if (*header.warehouse_out == *header.warehouse_in) throw refused("the two warehouses are one");
+    check_warehouse(with, who, *header.warehouse_out);
+    check_warehouse(with, who, *header.warehouse_in);
+}
+
+} // namespace
+
+store::draft_record draft_for_line(store::connection& with, const principal& who, document_module module,
+                                   std::int64_t draft) {
+    auto header = store::hold_draft(with, who.company, who.session, module, draft);
+    if (!header) throw refused("unknown draft " + std::to_string(draft));
+    demand_right(who, module, header->type, "add");
+    if (header->lines >= g_most_lines) throw refused("the draft has as many lines as it may have");
+    return *std::move(header);
+}
+
+void check_place(const document_line& line) {
+    check_required("place", line.place, g_place_limit);
+}
+
+void check_price(const document_line& line) {
     if (line.price < 0 || line.price > g_highest_price) throw refused("price out of range");
+}
+
+void check_amounts(const document_line& line) {
+    check_price(line);
     if (line.amount < 0 || line.amount > g_highest_amount) throw refused("amount out of range");
     // Both are bounded so that the product fits into 64 bits.
     if (!agrees(line.amount * line.price, line.total, 1))
         throw refused("the total is not amount times price");
 }
 
-void check_goods(store::connection& with, const principal& who, const document_line& line) {
-    if (!store::is_live(with, store::g_product_list, who.company, line.product)) {
-        throw refused("unknown product " + std::to_string(line.product));
-    }
-    if (!store::is_live(with, store::g_warehouse_list, who.company, line.warehouse)) {
-        throw refused("unknown warehouse " + std::to_string(line.warehouse));
-    }
-}
-
 store::draft_line_record record_of(const document_line& line) {
+    check_text("place", line.place, g_place_limit);
+    check_text("remark", line.remark, g_remark_limit);
+    check_text("locked_id", line.token, g_token_limit);
     store::draft_line_record made;
     made.product = line.product;
     made.price = line.price;
@@ -68,10 +94,21 @@ store::draft_line_record record_of(const document_line& line) {
     made.remark = line.remark;
     made.stock = line.stock;
     made.token = line.token;
+    made.total = line.amount * line.price;
     return made;
 }
 
-} // namespace
+void check_product(store::connection& with, const principal& who, std::int64_t product) {
+    if (!store::is_live(with, store::g_product_list, who.company, product)) {
+        throw refused("unknown product " + std::to_string(product));
+    }
+}
+
+void check_warehouse(store::connection& with, const principal& who, std::int64_t warehouse) {
+    if (!store::is_live(with, store::g_warehouse_list, who.company, warehouse)) {
+        throw refused("unknown warehouse " + std::to_string(warehouse));
+    }
+}
 
 std::string_view page_of(document_module module, std::int64_t type) {
     return kind_of(module, type).page;
@@ -89,6 +126,7 @@ added open_draft(store::connection& with, const principal& who, document_module 
         throw refused("the writer is somebody else");
     }
     check_partner(with, who, kind.partner, header);
+    check_warehouses(with, who, module, header);
     if (store::drafts_of_session(with, who.company, who.session) >= g_most_drafts) {
         throw refused("the session has as many drafts as it may have");
     }
@@ -102,28 +140,24 @@ added open_draft(store::connection& with, const principal& who, document_module 
     made.partner = header.partner;
     made.dept = header.dept;
     made.remark = header.remark;
+    made.warehouse_out = header.warehouse_out;
+    made.warehouse_in = header.warehouse_in;
     return {store::insert_draft(with, who.company, made), now};
 }
 
 std::int64_t add_line(store::connection& with, const principal& who, document_module module,
                       std::int64_t draft, const document_line& line) {
-    const auto header = store::hold_draft(with, who.company, who.session, module, draft);
-    if (!header) throw refused("unknown draft " + std::to_string(draft));
-    demand_right(who, module, header->type, "add");
-    if (header->lines >= g_most_lines) throw refused("the draft has as many lines as it may have");
+    draft_for_line(with, who, module, draft);
     check_amounts(line);
-    module == document_module::inbound ? check_required("place", line.place, g_place_limit)
-                                       : check_text("place", line.place, g_place_limit);
-    check_text("remark", line.remark, g_remark_limit);
-    check_text("locked_id", line.token, g_token_limit);
-    check_goods(with, who, line);
-    return store::insert_draft_line(with, who.company, draft, record_of(line));
+    if (module == document_module::inbound) check_place(line);
+    const auto made = record_of(line);
+    check_product(with, who, line.product);
+    check_warehouse(with, who, line.warehouse);
+    return store::insert_draft_line(with, who.company, draft, made);
 }
 
 void announce_stock(store::connection& with, const principal& who, const document_line& like) {
     check_amounts(like);
-    check_text("place", like.place, g_place_limit);
-    check_text("remark", like.remark, g_remark_limit);
     if (!store::announce_stock(with, who.company, who.session, record_of(like))) {
         throw refused("no line of the session waits for this stock");
     }

@@ -1,8 +1,8 @@
 #include "domain/ledger.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "domain/claims.h"
 #include "domain/fold.h"
 #include "domain/refused.h"
 #include "store/records/stock.h"
@@ -20,33 +20,39 @@ store::stock_record lock_row(store::connection& with, const principal& by, std::
     return *store::read_stock(with, by.company, stock); // which nobody else changes any more
 }
 
-/** Changes a row's figures together with the ledger. `claimed` is what ended claims took of the row. */
-void move(store::connection& with, const principal& by, const posting& line, std::int64_t price,
-          std::int64_t amount, std::int64_t claimed, std::int64_t now) {
-    store::stock_change change;
-    change.on_hand = amount;
-    change.claimed = -claimed;
-    change.user = by.user;
-    if (!store::change_stock(with, by.company, line.stock, change)) {
-        throw refused("less than that is free in stock row " + std::to_string(line.stock) +
-                      ", or somebody else holds it");
-    }
-    store::insert_movement(with, by.company,
-                           {line.stock, amount, amount * price, line.document, line.line, by.user, now});
-}
-
-/** Uses a live claim of the user on the row up; gives the quantity that it took of it. */
-std::int64_t use_up(store::connection& with, const principal& by, const withdrawal& line, std::int64_t now) {
+/** Uses a live claim of the user on the row up; gives what it took of it. */
+store::ended_claims use_up(store::connection& with, const principal& by, const posting& line,
+                           std::int64_t now) {
+    if (line.token.empty()) return {};
     const auto claim = store::claim_by_token(with, by.company, line.token);
-    if (!claim || claim->user != by.user || claim->stock != line.what.stock ||
-        claim->use != claim_use::outbound) {
-        return 0;
+    if (!claim || claim->user != by.user || claim->stock != line.stock || claim->use != line.use ||
+        !store::end_claim(with, by.company, claim->id, store::claim_state::used, now)) {
+        return {};
     }
-    return store::end_claim(with, by.company, claim->id, store::claim_state::used, now) ? claim->amount : 0;
+    return {claim->amount, claim->use == claim_use::stocktaking ? 1 : 0};
 }
 
-bool by_row(const posting& left, const posting& right) {
-    return left.stock < right.stock;
+/** Changes a row's figures together with the ledger. */
+void post_one(store::connection& with, const principal& by, const posting& line, std::int64_t now,
+              const session_limits& limits) {
+    const auto row = lock_row(with, by, line.stock, now, limits);
+    if (line.undisturbed && row.holder != 0) {
+        throw refused("stock row " + std::to_string(line.stock) + " is held");
+    }
+    const auto used = use_up(with, by, line, now);
+    if (!store::change_stock(with, by.company, line.stock,
+                             {line.amount, -used.amount, -used.holds, by.user})) {
+        throw refused("less than that is free in stock row " + std::to_string(line.stock) +
+                      ", or it would be too much, or somebody else holds it");
+    }
+    store::insert_movement(
+        with, by.company,
+        {line.stock, line.amount, line.amount * row.price, line.document, line.line, by.user, now});
+}
+
+/** Rows ascending; on one of them, what comes before what is taken. */
+bool goes_before(const posting& left, const posting& right) {
+    return std::pair(left.stock, left.amount < 0) < std::pair(right.stock, right.amount < 0);
 }
 
 } // namespace
@@ -63,34 +69,11 @@ std::int64_t make_stock(store::connection& with, const principal& who, const sto
     return store::insert_stock(with, who.company, made, fold(line.place), fold(line.remark));
 }
 
-void put_on(store::connection& with, const principal& by, std::vector<posting> lines, std::int64_t now,
-            const session_limits& limits) {
-    std::stable_sort(lines.begin(), lines.end(), by_row);
-    for (const auto& line : lines) {
-        const auto row = lock_row(with, by, line.stock, now, limits);
-        move(with, by, line, row.price, line.amount, 0, now);
-    }
-}
-
-void take_back(store::connection& with, const principal& by, std::vector<posting> lines, std::int64_t now,
-               const session_limits& limits) {
-    std::stable_sort(lines.begin(), lines.end(), by_row);
-    for (const auto& line : lines) {
-        const auto row = lock_row(with, by, line.stock, now, limits);
-        if (row.holder != 0) throw refused("stock row " + std::to_string(line.stock) + " is held");
-        move(with, by, line, row.price, -line.amount, 0, now);
-    }
-}
-
-void take_off(store::connection& with, const principal& by, std::vector<withdrawal> lines, std::int64_t now,
-              const session_limits& limits) {
-    std::stable_sort(lines.begin(), lines.end(), [](const withdrawal& left, const withdrawal& right) {
-        return by_row(left.what, right.what);
-    });
-    for (const auto& line : lines) {
-        const auto row = lock_row(with, by, line.what.stock, now, limits);
-        move(with, by, line.what, row.price, -line.what.amount, use_up(with, by, line, now), now);
-    }
+void post(store::connection& with, const principal& by, std::vector<posting> lines, std::int64_t now,
+          const session_limits& limits) {
+    std::stable_sort(lines.begin(), lines.end(), goes_before);
+    for (const auto& line : lines)
+        post_one(with, by, line, now, limits);
 }
 
 } // namespace tavrok::domain

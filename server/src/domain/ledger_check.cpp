@@ -7,6 +7,8 @@
 
 #include "domain/document_kinds.h"
 #include "domain/document_numbers.h"
+#include "domain/money.h"
+#include "domain/products.h"
 #include "domain/refused.h"
 #include "store/records/ledger_proofs.h"
 
@@ -136,6 +138,24 @@ void check_documents(store::connection& with, findings& found) {
     }
 }
 
+/** Figures that no line could have are looked at first: their product may be too large. */
+void check_counts(store::connection& with, findings& found) {
+    const auto within = [](std::int64_t number, std::int64_t least, std::int64_t most) {
+        return number >= least && number <= most;
+    };
+    store::each_counted_line(with, [&](const store::counted_line& one) {
+        if (!within(one.sys_amount, 0, g_highest_amount) ||
+            !within(one.amount, -one.sys_amount, g_highest_amount - one.sys_amount) ||
+            !within(one.price, 0, g_highest_price)) {
+            found.push_back({"document", of(one.company, "document_line", one.id) +
+                                             " tells a count or a price that is out of range"});
+        } else if (!truncates_to(one.amount, one.price, one.total)) {
+            found.push_back({"document", of(one.company, "document_line", one.id) +
+                                             " tells another money than its gain or loss at its price"});
+        }
+    });
+}
+
 } // namespace
 
 void check_ledger(store::connection& with, findings& found) {
@@ -143,6 +163,7 @@ void check_ledger(store::connection& with, findings& found) {
         found.push_back({one.rule, of(one.company, one.table, one.id) + ' ' + one.words});
     });
     check_documents(with, found);
+    check_counts(with, found);
 }
 
 } // namespace tavrok::domain

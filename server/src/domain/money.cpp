@@ -1,6 +1,8 @@
 #include "domain/money.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 #include "domain/refused.h"
 
@@ -38,6 +40,12 @@ std::int64_t parse_money(std::string_view what, std::string_view text, std::int6
     return hundredths;
 }
 
+std::int64_t parse_signed_money(std::string_view what, std::string_view text, std::int64_t most) {
+    const bool lost = !text.empty() && text.front() == '-';
+    const auto size = parse_money(what, text.substr(lost ? 1 : 0), most);
+    return lost ? -size : size;
+}
+
 std::string format_money(std::int64_t hundredths) {
     const bool negative = hundredths < 0;
     // unsigned, because the lowest number has no positive counterpart
@@ -54,9 +62,19 @@ std::int64_t add_money(std::int64_t left, std::int64_t right) {
 }
 
 bool agrees(std::int64_t sum, std::int64_t told, std::int64_t parts) {
+    return std::abs(sum - told) < parts + binary_slack(std::abs(sum), parts);
+}
+
+std::int64_t binary_slack(std::int64_t size, std::int64_t parts) {
     constexpr unsigned exact_bits = 50; // of a binary fraction's 53, the last ones are left to the adding up
-    const auto off = sum > told ? sum - told : told - sum;
-    return off < parts + ((sum < 0 ? -sum : sum) >> exact_bits) * parts;
+    return (size >> exact_bits) * parts;
+}
+
+bool truncates_to(std::int64_t amount, std::int64_t price, std::int64_t told) {
+    constexpr std::int64_t hundredths = 100;
+    const auto exact = amount * price / hundredths * hundredths;
+    const auto binary = std::trunc(static_cast<double>(amount) * (static_cast<double>(price) / hundredths));
+    return told == exact || told == static_cast<std::int64_t>(binary) * hundredths;
 }
 
 } // namespace tavrok::domain

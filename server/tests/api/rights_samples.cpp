@@ -9,7 +9,7 @@ namespace tavrok::test {
 std::vector<sample> samples_of(harness& world, const std::string& owner, const std::string& path) {
     std::vector<sample> list;
     for (const sampler one : {company_samples, document_samples, emp_samples, goods_samples, menu_samples,
-                              permission_samples, user_samples, warehouse_samples}) {
+                              permission_samples, stock_control_samples, user_samples, warehouse_samples}) {
         auto more = one(world, owner, path);
         std::move(more.begin(), more.end(), std::back_inserter(list));
     }

@@ -31,6 +31,7 @@ std::vector<sample> menu_samples(harness& world, const std::string& owner, const
 std::vector<sample> document_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> emp_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> warehouse_samples(harness& world, const std::string& owner, const std::string& path);
+std::vector<sample> stock_control_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> user_samples(harness& world, const std::string& owner, const std::string& path);
 std::vector<sample> permission_samples(harness& world, const std::string& owner, const std::string& path);
 

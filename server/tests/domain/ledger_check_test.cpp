@@ -54,7 +54,7 @@ TEST_P(ledger_check, names_what_breaks_the_ledger) {
           "UPDATE movement SET stock = 1001, value = -1750 WHERE id = 4"},
          "ledger",
          "movement 3 names another stock row",
-         3},
+         4},
         {{"UPDATE movement SET document = 1003 WHERE id = 1"},
          "ledger",
          "movement 1 names another document",

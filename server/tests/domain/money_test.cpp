@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <cmath>
+
 #include "domain/refused.h"
 
 namespace tavrok::domain {
@@ -99,6 +101,36 @@ TEST(money, anything_that_is_read_is_digits_with_at_most_two_behind_a_point) {
         RC_ASSERT(text.find_first_not_of("0123456789.") == std::string::npos);
         const auto point = text.find('.');
         RC_ASSERT(point == std::string::npos || (point > 0 && text.size() - point - 1 <= 2));
+    }));
+}
+
+TEST(money, that_may_be_lost_has_a_minus_before_it) {
+    EXPECT_EQ(parse_signed_money("total", "-5.00", g_most), -500);
+    EXPECT_EQ(parse_signed_money("total", "5.00", g_most), 500);
+    EXPECT_EQ(parse_signed_money("total", "-0.00", g_most), 0);
+    EXPECT_EQ(parse_signed_money("total", "-99999999.00", g_most), -g_most);
+    for (const char* text : {"", "-", "--1", "+1", "- 1", "-1.234", "-99999999.01"})
+        EXPECT_THROW(parse_signed_money("total", text, g_most), refused) << text;
+}
+
+TEST(money, of_a_gain_or_loss_is_truncated_toward_zero) {
+    EXPECT_TRUE(truncates_to(-3, 150, -400));
+    EXPECT_FALSE(truncates_to(-3, 150, -500));
+    EXPECT_FALSE(truncates_to(-3, 150, -450));
+    EXPECT_TRUE(truncates_to(1, 99, 0));
+    EXPECT_TRUE(truncates_to(-2, 250, -500));
+    EXPECT_TRUE(truncates_to(100, 29, 2800)) << "binary";
+    EXPECT_TRUE(truncates_to(100, 29, 2900)) << "exact";
+    EXPECT_FALSE(truncates_to(100, 29, 2700));
+    EXPECT_TRUE(truncates_to(-99'999'999, g_most, -99'999'999 * g_most));
+}
+
+TEST(money, that_a_client_truncates_is_understood) {
+    EXPECT_TRUE(rc::check([] {
+        const auto amount = *rc::gen::inRange<std::int64_t>(-99'999'999, 100'000'000);
+        const auto price = *rc::gen::inRange<std::int64_t>(0, g_most + 1);
+        const auto client = std::trunc(static_cast<double>(amount) * std::stod(format_money(price)));
+        RC_ASSERT(truncates_to(amount, price, static_cast<std::int64_t>(client) * 100));
     }));
 }
 

@@ -1,3 +1,4 @@
+#include <array>
 #include <limits>
 
 #include "api/answers.h"
@@ -7,7 +8,6 @@
 #include "domain/money.h"
 #include "domain/pages.h"
 #include "domain/products.h"
-#include "domain/repeat.h"
 
 namespace tavrok::api {
 
@@ -16,8 +16,6 @@ namespace {
 using domain::document_module;
 
 constexpr auto any = std::numeric_limits<std::int64_t>::max();
-/** Above every sum that 64 bits hold exactly, and above what a line may come to. */
-constexpr std::int64_t most_money = 1'000'000'000'000'000'000;
 
 /** What tells the two modules apart on the wire. */
 struct module_words {
@@ -37,21 +35,11 @@ std::string text_of(const std::optional<std::int64_t>& id) {
     return id ? std::to_string(*id) : std::string();
 }
 
-std::optional<std::int64_t> given_number(const fields& form, std::string_view key) {
-    if (!form.has(key)) return std::nullopt;
-    return form.integer(key);
-}
-
-std::int64_t money_of(const fields& form, std::string_view key, std::int64_t most) {
-    return domain::parse_money(key, form.text(key), most);
-}
-
 void write_document(json_writer& json, const domain::document_record& one) {
     json.open_object().number_text("id", one.id).text("sn", one.sn);
     json.text("company", text_of(one.partner)).text("company_name", one.partner_name);
     json.text("dept", text_of(one.dept)).text("dept_name", one.dept_name);
-    json.number_text("operater", one.operater).text("operater_name", one.operater_name);
-    json.number_text("writer", one.writer).text("writer_name", one.writer_name);
+    write_people(json, one);
     json.text("total", domain::format_money(one.total)).text("remark", one.remark);
     json.number_text("type", one.type).integer("datetime", one.added_at).close_object();
 }
@@ -71,15 +59,9 @@ void write_line(json_writer& json, const domain::document_line_record& one, docu
 
 void get_page(context& request, const module_words& words, domain::count_cache& counts) {
     const auto& form = request.form;
-    domain::document_search search;
+    auto search = search_of(form);
     search.type = form.integer(words.type_key);
-    search.date_start = given_number(form, "date_start");
-    search.date_end = given_number(form, "date_end");
-    search.sn = form.text("sn");
     search.partner = given_number(form, "company");
-    search.operater = form.text("operater");
-    search.writer = given_number(form, "writer");
-    search.remark = form.text("remark");
     search.dept = given_number(form, "dept");
     write_page(
         request.answer,
@@ -87,56 +69,30 @@ void get_page(context& request, const module_words& words, domain::count_cache& 
         write_document);
 }
 
-void get_detail(context& request, document_module which) {
-    const auto lines =
-        domain::lines_of_document(*request.db, *request.who, which, request.form.integer("id"));
-    json_writer json(request.answer);
-    json.open_array();
-    for (const auto& one : lines)
-        write_line(json, one, which);
-    json.close_array();
-}
-
 void do_add(context& request, document_module which) {
     const auto& form = request.form;
-    domain::document_header header;
+    auto header = header_of(form);
     header.type = form.integer("type");
-    header.operater = form.text("operater");
-    header.writer = form.text("writer");
     header.partner = given_number(form, "company");
     header.dept = given_number(form, "dept");
-    header.remark = form.text("remark");
     write_added(request.answer, domain::open_draft(*request.db, *request.who, which, header, request.now));
 }
 
 void add_line(context& request, document_module which) {
     const auto& form = request.form;
     auto line = line_of(form);
-    line.stock = form.integer("stock_id");
-    line.token = form.text("locked_id");
+    read_row(form, line);
     domain::add_line(*request.db, *request.who, which, form.integer("main_id"), line);
     request.answer = "1";
 }
 
-/** Header and lines are gone with a draft that was dropped. When they come once more with the same bytes they
- * are a new save, even if nobody knows whether the former answers arrived. */
-void forget_draft(context& request, const module_words& words) {
-    for (const auto module : {words.module, words.detail_module})
-        domain::forget(*request.db, *request.who, std::string(module) + "/do_add");
-}
-
 void update_total(context& request, const module_words& words, const domain::session_limits& limits) {
     const auto& form = request.form;
-    *request.refusal = domain::close_draft(*request.db, *request.who, words.which, form.integer("id"),
-                                           money_of(form, "total", most_money), request.now, limits);
-    if (!request.refusal->empty()) forget_draft(request, words);
-    request.answer = request.refusal->empty() ? "1" : "0";
-}
-
-void do_delete(context& request, document_module which, const domain::session_limits& limits) {
-    domain::remove_document(*request.db, *request.who, which, request.form.integer("id"), request.now,
-                            limits);
-    request.answer = "1";
+    const std::array<std::string_view, 2> modules{words.module, words.detail_module};
+    answer_closing(request,
+                   domain::close_draft(*request.db, *request.who, words.which, form.integer("id"),
+                                       total_of(form), request.now, limits),
+                   modules);
 }
 
 void delete_line(context& request) {
@@ -154,10 +110,8 @@ access by_kind(const module_words& words, std::string_view key, std::string_view
 }
 
 std::vector<key> page_keys(const module_words& words) {
-    const auto date = [](std::string_view name) {
-        return integer_key(name, std::numeric_limits<std::int64_t>::min(), any, presence::optional);
-    };
-    const auto id = [](std::string_view name) { return integer_key(name, 0, any, presence::optional); };
+    const auto date = date_key;
+    const auto id = id_criterion_key;
     const auto kind = integer_key(words.type_key, 1, static_cast<std::int64_t>(words.pages.size()));
     if (words.which == document_module::inbound) {
         return {date("date_start"), date("date_end"),   text_key("sn"), id("company"), text_key("operater"),
@@ -220,7 +174,10 @@ void add_headers(registry& to, const services& with, const module_words& words) 
             .keys = {id_key("id")},
             .answer = form::array,
             .allowed = on_any_page(words.pages, "view"),
-            .work = read_work{[which](context& request) { get_detail(request, which); }}});
+            .work = read_work{[which](context& request) {
+                answer_lines(request, which,
+                             [which](json_writer& json, const auto& one) { write_line(json, one, which); });
+            }}});
     to.add({.module = words.module,
             .action = "do_add",
             .keys = header_keys(words),
@@ -234,12 +191,13 @@ void add_headers(registry& to, const services& with, const module_words& words) 
          .answer = form::count,
          .allowed = on_any_page(words.pages, "add"),
          .work = write_work{[words, &limits](context& request) { update_total(request, words, limits); }}});
-    to.add({.module = words.module,
-            .action = "do_delete",
-            .keys = {id_key("id")},
-            .answer = form::count,
-            .allowed = on_any_page(words.pages, "delete"),
-            .work = write_work{[which, &limits](context& request) { do_delete(request, which, limits); }}});
+    to.add(
+        {.module = words.module,
+         .action = "do_delete",
+         .keys = {id_key("id")},
+         .answer = form::count,
+         .allowed = on_any_page(words.pages, "delete"),
+         .work = write_work{[which, &limits](context& request) { answer_removal(request, which, limits); }}});
 }
 
 void add_lines(registry& to, const module_words& words) {
@@ -253,25 +211,6 @@ void add_lines(registry& to, const module_words& words) {
 }
 
 } // namespace
-
-access on_any_page(std::span<const std::string_view> pages, std::string_view right) {
-    access made{.needs = access::who::rights};
-    for (const auto page : pages)
-        made.any_of.push_back({page, right});
-    return made;
-}
-
-domain::document_line line_of(const fields& form) {
-    domain::document_line line;
-    line.product = form.integer("product");
-    line.price = money_of(form, "price", domain::g_highest_price);
-    line.amount = form.integer("amount");
-    line.total = money_of(form, "total", most_money);
-    line.warehouse = form.integer("warehouse");
-    line.place = form.text("place");
-    line.remark = form.text("remark");
-    return line;
-}
 
 void add_instore(registry& to, const services& with) {
     add_headers(to, with, inbound);

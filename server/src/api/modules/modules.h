@@ -22,6 +22,10 @@ void add_instore(registry& to, const services& with);
 /** wms_outstore and wms_outstore_detail. */
 void add_outstore(registry& to, const services& with);
 void add_stock_detail(registry& to, const services& with);
+/** wms_stock_taking and wms_stock_taking_detail. */
+void add_stock_taking(registry& to, const services& with);
+/** wms_stock_allot and wms_stock_allot_detail. */
+void add_stock_allot(registry& to, const services& with);
 void add_user_reg(registry& to, const services& with);
 void add_user(registry& to, const services& with);
 

@@ -1,6 +1,5 @@
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 
 #include "api/answers.h"
 #include "api/modules/document_forms.h"
@@ -17,7 +16,6 @@ namespace tavrok::api {
 
 namespace {
 
-constexpr auto any = std::numeric_limits<std::int64_t>::max();
 constexpr std::size_t token_limit = 1000;
 constexpr std::size_t total_limit = 40;
 
@@ -108,14 +106,10 @@ access to_claim() {
 }
 
 std::vector<key> page_keys() {
-    const auto date = [](std::string_view name) {
-        return integer_key(name, std::numeric_limits<std::int64_t>::min(), any, presence::optional);
-    };
-    return {
-        date("date_start"),       date("date_end"),   integer_key("warehouse", 0, any, presence::optional),
-        text_key("product_name"), text_key("spec"),   text_key("code"),
-        text_key("place"),        text_key("remark"), page_num_key(),
-        page_size_key()};
+    return {date_key("date_start"),   date_key("date_end"), id_criterion_key("warehouse"),
+            text_key("product_name"), text_key("spec"),     text_key("code"),
+            text_key("place"),        text_key("remark"),   page_num_key(),
+            page_size_key()};
 }
 
 } // namespace

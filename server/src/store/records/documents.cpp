@@ -1,17 +1,22 @@
 #include "store/records/documents.h"
 
+#include <limits>
+
 namespace tavrok::store {
 
 namespace {
 
 const statement g_insert{"document_insert",
                          "INSERT INTO document (company, module, type, added_at, operater, writer, partner, "
-                         "dept, has_dept, total, "
-                         "remark, remark_folded) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
+                         "dept, has_dept, total, remark, remark_folded, difference, warehouse_out, "
+                         "warehouse_in) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
+const statement g_grow{"document_grow",
+                       "UPDATE document SET total = total + ? WHERE company = ? AND id = ? AND module = 4 "
+                       "AND state = 1 AND total <= ?"};
 const statement g_insert_line{"document_line_insert",
                               "INSERT INTO document_line (company, document, product, price, amount, total, "
-                              "warehouse, place, remark, stock) "
-                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
+                              "warehouse, place, remark, stock, sys_amount, stock_in) "
+                              "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
 const statement g_next{
     "document_number_next",
     "INSERT INTO document_number (company, kind, day, last) VALUES (?, ?, ?, 1) ON CONFLICT "
@@ -25,7 +30,8 @@ const statement g_delete{"document_delete",
 const statement g_lines{
     "document_lines",
     "SELECT l.id, l.document, l.product, p.name, p.code, p.spec, p.category, coalesce(g.name, ''), l.price, "
-    "l.amount, l.total, l.warehouse, w.name, l.place, l.remark, l.stock, d.added_at FROM document_line l "
+    "l.amount, l.total, l.warehouse, w.name, l.place, l.remark, l.stock, d.added_at, "
+    "coalesce(l.sys_amount, 0), coalesce(l.stock_in, 0) FROM document_line l "
     "JOIN document d ON d.company = l.company AND d.id = l.document "
     "JOIN product p ON p.company = l.company AND p.id = l.product "
     "JOIN warehouse w ON w.company = l.company AND w.id = l.warehouse "
@@ -43,11 +49,14 @@ const listing g_document_list{
     "document", "document", "state = 1",
     "t.id, t.type, t.sn, t.added_at, t.operater, e.name, t.writer, u.realname, t.partner, coalesce(p.name, "
     "''), "
-    "t.has_dept, t.dept, coalesce(d.name, ''), t.total, t.remark",
+    "t.has_dept, t.dept, coalesce(d.name, ''), t.total, t.remark, t.difference, t.warehouse_out, "
+    "coalesce(o.name, ''), t.warehouse_in, coalesce(i.name, '')",
     "JOIN employee e ON e.company = t.company AND e.id = t.operater "
     "JOIN app_user u ON u.company = t.company AND u.id = t.writer "
     "LEFT JOIN partner p ON p.company = t.company AND p.id = t.partner "
-    "LEFT JOIN department d ON d.company = t.company AND d.id = t.dept AND t.has_dept = 1"};
+    "LEFT JOIN department d ON d.company = t.company AND d.id = t.dept AND t.has_dept = 1 "
+    "LEFT JOIN warehouse o ON o.company = t.company AND o.id = t.warehouse_out "
+    "LEFT JOIN warehouse i ON i.company = t.company AND i.id = t.warehouse_in"};
 
 document_record document_of(const row& one) {
     document_record made;
@@ -65,6 +74,11 @@ document_record document_of(const row& one) {
     made.dept_name = one.text(12);
     made.total = one.integer(13);
     made.remark = one.text(14);
+    made.difference = one.integer(15);
+    if (!one.null(16)) made.warehouse_out = one.integer(16);
+    made.warehouse_out_name = one.text(17);
+    if (!one.null(18)) made.warehouse_in = one.integer(18);
+    made.warehouse_in_name = one.text(19);
     return made;
 }
 
@@ -74,24 +88,29 @@ void of_kind(list_filter& filter, document_module module, std::int64_t type) {
 }
 
 std::int64_t insert_document(connection& with, std::int64_t company, const draft_record& draft,
-                             std::int64_t total, const std::string& remark_folded, std::int64_t now) {
+                             const document_sums& sums, const std::string& remark_folded, std::int64_t now) {
     std::int64_t id = 0;
     with.query(g_insert,
                {company, static_cast<std::int64_t>(draft.module), draft.type, now, draft.operater, draft.user,
                 or_null(draft.partner), draft.dept.value_or(0),
-                static_cast<std::int64_t>(draft.dept.has_value()), total, draft.remark, remark_folded},
+                static_cast<std::int64_t>(draft.dept.has_value()), sums.total, draft.remark, remark_folded,
+                sums.difference, or_null(draft.warehouse_out), or_null(draft.warehouse_in)},
                [&](const row& one) { id = one.integer(0); });
     return id;
 }
 
 std::int64_t insert_document_line(connection& with, std::int64_t company, std::int64_t document,
-                                  const draft_line_record& what, std::int64_t total) {
+                                  const draft_line_record& what) {
     std::int64_t id = 0;
     with.query(g_insert_line,
-               {company, document, what.product, what.price, what.amount, total, what.warehouse, what.place,
-                what.remark, what.stock},
+               {company, document, what.product, what.price, what.amount, what.total, what.warehouse,
+                what.place, what.remark, what.stock, or_null(what.sys_amount), or_null(what.stock_in)},
                [&](const row& one) { id = one.integer(0); });
     return id;
+}
+
+bool grow_transfer(connection& with, std::int64_t company, std::int64_t document, std::int64_t by) {
+    return with.execute(g_grow, {by, company, document, std::numeric_limits<std::int64_t>::max() - by}) != 0;
 }
 
 std::int64_t next_document_number(connection& with, std::int64_t company, const std::string& kind,
@@ -126,7 +145,8 @@ std::vector<document_line_record> document_lines(connection& with, std::int64_t 
                          std::string(one.text(4)), std::string(one.text(5)), one.integer(6),
                          std::string(one.text(7)), one.integer(8), one.integer(9), one.integer(10),
                          one.integer(11), std::string(one.text(12)), std::string(one.text(13)),
-                         std::string(one.text(14)), one.integer(15), one.integer(16)});
+                         std::string(one.text(14)), one.integer(15), one.integer(16), one.integer(17),
+                         one.integer(18)});
     });
     return lines;
 }

@@ -25,8 +25,13 @@ struct document_record {
     std::string partner_name{};
     std::optional<std::int64_t> dept{};
     std::string dept_name{};
-    std::int64_t total{0}; /**< in hundredths */
+    std::int64_t total{0}; /**< in hundredths; signed in a stocktaking */
     std::string remark{};
+    std::int64_t difference{0};                  /**< stocktaking: in units, signed */
+    std::optional<std::int64_t> warehouse_out{}; /**< of a transfer, as the next */
+    std::string warehouse_out_name{};
+    std::optional<std::int64_t> warehouse_in{};
+    std::string warehouse_in_name{};
 };
 
 /** The list of the documents of all modules; a row of it is read by document_of. */
@@ -35,12 +40,20 @@ document_record document_of(const row& one);
 /** Restricts to one kind of one module. */
 void of_kind(list_filter& filter, document_module module, std::int64_t type);
 
+/** What the lines of a document come to. */
+struct document_sums {
+    std::int64_t total{0};
+    std::int64_t difference{0}; /**< of a stocktaking */
+};
 /** Gives the id of a document made of a draft; it has no number yet. */
 std::int64_t insert_document(connection& with, std::int64_t company, const draft_record& draft,
-                             std::int64_t total, const std::string& remark_folded, std::int64_t now);
+                             const document_sums& sums, const std::string& remark_folded, std::int64_t now);
+/** Locks a live transfer until the transaction ends and adds to its total; false where it is not live any
+ * more, or its total would be more than 64 bits hold. */
+bool grow_transfer(connection& with, std::int64_t company, std::int64_t document, std::int64_t by);
 /** Gives the id. `what.stock` is the row that the line is about. */
 std::int64_t insert_document_line(connection& with, std::int64_t company, std::int64_t document,
-                                  const draft_line_record& what, std::int64_t total);
+                                  const draft_line_record& what);
 /** The next number of a series, which starts with 1; its row is locked from here to the commit. */
 std::int64_t next_document_number(connection& with, std::int64_t company, const std::string& kind,
                                   std::int64_t day);
@@ -72,6 +85,8 @@ struct document_line_record {
     std::string remark{};
     std::int64_t stock{0};
     std::int64_t datetime{0};
+    std::int64_t sys_amount{0}; /**< of a stocktaking */
+    std::int64_t stock_in{0};   /**< of a transfer */
 };
 /** In the order in which they were written. */
 std::vector<document_line_record> document_lines(connection& with, std::int64_t company,

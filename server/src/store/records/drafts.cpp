@@ -7,18 +7,24 @@ namespace {
 const statement g_insert{
     "draft_insert",
     "INSERT INTO draft (company, module, type, user_id, session, opened_at, operater, partner, "
-    "dept, has_dept, remark) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
-const statement g_count{"drafts_of_session", "SELECT count(*) FROM draft WHERE company = ? AND session = ?"};
+    "dept, has_dept, remark, warehouse_out, warehouse_in) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) "
+    "RETURNING id"};
+const statement g_count{"drafts_of_session",
+                        "SELECT count(*) FROM draft WHERE company = ? AND session = ? AND document IS NULL"};
 const statement g_hold{
     "draft_hold",
     "UPDATE draft SET lines = lines WHERE company = ? AND id = ? AND session = ? AND module = ? "
-    "RETURNING type, user_id, opened_at, operater, partner, dept, has_dept, remark, lines"};
+    "RETURNING type, user_id, opened_at, operater, partner, dept, has_dept, remark, lines, warehouse_out, "
+    "warehouse_in, document"};
 const statement g_count_line{"draft_count_line",
                              "UPDATE draft SET lines = lines + 1 WHERE company = ? AND id = ?"};
+const statement g_count_document_line{
+    "draft_count_document_line",
+    "UPDATE draft SET lines = lines + 1, document = ? WHERE company = ? AND id = ?"};
 const statement g_insert_line{
     "draft_line_insert",
-    "INSERT INTO draft_line (company, draft, product, price, amount, warehouse, place, remark, stock, token) "
-    "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
+    "INSERT INTO draft_line (company, draft, product, price, amount, warehouse, place, remark, stock, token, "
+    "total, sys_amount) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
 const statement g_announce{
     "draft_line_announce",
     "UPDATE draft_line SET stocked = 1 WHERE company = ? AND stocked = 0 AND id = (SELECT max(l.id) FROM "
@@ -34,7 +40,8 @@ const statement g_latest_like{"draft_line_latest_like",
                               "l.price = ? AND l.amount = ? "
                               "AND l.warehouse = ? AND l.place = ? AND l.remark = ?"};
 const statement g_lines{"draft_lines",
-                        "SELECT id, product, price, amount, warehouse, place, remark, stock, token, stocked "
+                        "SELECT id, product, price, amount, warehouse, place, remark, stock, token, stocked, "
+                        "total, sys_amount "
                         "FROM draft_line WHERE company = ? AND draft = ? ORDER BY id"};
 const statement g_uncount_line{
     "draft_uncount_line",
@@ -44,6 +51,10 @@ const statement g_delete_line{"draft_line_delete", "DELETE FROM draft_line WHERE
 const statement g_delete{"draft_delete", "DELETE FROM draft WHERE company = ? AND id = ?"};
 const statement g_delete_old{"draft_delete_old", "DELETE FROM draft WHERE opened_at <= ?"};
 
+std::optional<std::int64_t> optional_at(const row& one, int column) {
+    return one.null(column) ? std::nullopt : std::optional(one.integer(column));
+}
+
 } // namespace
 
 std::int64_t insert_draft(connection& with, std::int64_t company, const draft_record& what) {
@@ -51,7 +62,8 @@ std::int64_t insert_draft(connection& with, std::int64_t company, const draft_re
     with.query(g_insert,
                {company, static_cast<std::int64_t>(what.module), what.type, what.user, what.session,
                 what.opened_at, what.operater, or_null(what.partner), what.dept.value_or(0),
-                static_cast<std::int64_t>(what.dept.has_value()), what.remark},
+                static_cast<std::int64_t>(what.dept.has_value()), what.remark, or_null(what.warehouse_out),
+                or_null(what.warehouse_in)},
                [&](const row& one) { id = one.integer(0); });
     return id;
 }
@@ -74,10 +86,13 @@ std::optional<draft_record> hold_draft(connection& with, std::int64_t company, s
         made.user = one.integer(1);
         made.opened_at = one.integer(2);
         made.operater = one.integer(3);
-        if (!one.null(4)) made.partner = one.integer(4);
+        made.partner = optional_at(one, 4);
         if (one.integer(6) != 0) made.dept = one.integer(5);
         made.remark = one.text(7);
         made.lines = one.integer(8);
+        made.warehouse_out = optional_at(one, 9);
+        made.warehouse_in = optional_at(one, 10);
+        made.document = optional_at(one, 11);
         found = made;
     });
     return found;
@@ -88,7 +103,7 @@ std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int6
     std::int64_t id = 0;
     with.query(g_insert_line,
                {company, draft, what.product, what.price, what.amount, what.warehouse, what.place,
-                what.remark, what.stock, what.token},
+                what.remark, what.stock, what.token, what.total, or_null(what.sys_amount)},
                [&](const row& one) { id = one.integer(0); });
     with.execute(g_count_line, {company, draft});
     return id;
@@ -113,9 +128,19 @@ std::int64_t latest_line_like(connection& with, std::int64_t company, std::int64
 std::vector<draft_line_record> draft_lines(connection& with, std::int64_t company, std::int64_t draft) {
     std::vector<draft_line_record> lines;
     with.query(g_lines, {company, draft}, [&](const row& one) {
-        lines.push_back({one.integer(0), one.integer(1), one.integer(2), one.integer(3), one.integer(4),
-                         std::string(one.text(5)), std::string(one.text(6)), one.integer(7),
-                         std::string(one.text(8)), one.integer(9) != 0});
+        lines.push_back({one.integer(0),
+                         one.integer(1),
+                         one.integer(2),
+                         one.integer(3),
+                         one.integer(4),
+                         std::string(one.text(5)),
+                         std::string(one.text(6)),
+                         one.integer(7),
+                         std::string(one.text(8)),
+                         one.integer(9) != 0,
+                         one.integer(10),
+                         optional_at(one, 11),
+                         {}});
     });
     return lines;
 }
@@ -124,6 +149,10 @@ bool delete_draft_line(connection& with, std::int64_t company, std::int64_t sess
     // The draft first, as the closing call does: a line that is becoming one of a document is not taken out.
     return with.execute(g_uncount_line, {company, session, company, line}) != 0 &&
            with.execute(g_delete_line, {company, line}) != 0;
+}
+
+void count_document_line(connection& with, std::int64_t company, std::int64_t draft, std::int64_t document) {
+    with.execute(g_count_document_line, {document, company, draft});
 }
 
 void delete_draft(connection& with, std::int64_t company, std::int64_t id) {

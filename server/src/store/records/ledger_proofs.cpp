@@ -52,8 +52,9 @@ constexpr fault g_claimed_stock_faults[] = {
 };
 
 constexpr const char* g_made_stock =
-    "(SELECT l.company, l.stock AS id, count(*) AS lines FROM document_line l JOIN document d "
-    "ON d.company = l.company AND d.id = l.document WHERE d.module = 1 GROUP BY l.company, l.stock) r";
+    "(SELECT company, id, count(*) AS lines FROM (SELECT l.company, l.stock AS id FROM document_line l JOIN "
+    "document d ON d.company = l.company AND d.id = l.document WHERE d.module = 1 UNION ALL SELECT company, "
+    "stock_in FROM document_line WHERE stock_in IS NOT NULL) m GROUP BY company, id) r";
 constexpr fault g_made_stock_faults[] = {
     {"ledger", "r.lines > 1", "was brought in by more than one line"},
 };
@@ -69,11 +70,18 @@ constexpr fault g_claim_faults[] = {
 };
 
 constexpr const char* g_document =
-    "document r LEFT JOIN (SELECT company, document, sum(total) AS total FROM document_line "
-    "GROUP BY company, document) l ON l.company = r.company AND l.document = r.id";
+    "document r LEFT JOIN (SELECT company, document, sum(total) AS total, sum(amount) AS amount FROM "
+    "document_line GROUP BY company, document) l ON l.company = r.company AND l.document = r.id";
 constexpr fault g_document_faults[] = {
     {"document", "l.document IS NULL", "has no lines"},
     {"document", "r.total <> l.total", "tells another total than its lines"},
+    {"document", "r.difference <> CASE WHEN r.module = 3 THEN l.amount ELSE 0 END",
+     "tells another gain or loss than its lines"},
+    {"document",
+     "CASE WHEN r.module = 4 THEN 2 ELSE 0 END <> CASE WHEN r.warehouse_out IS NULL THEN 0 ELSE 1 END + "
+     "CASE WHEN r.warehouse_in IS NULL THEN 0 ELSE 1 END",
+     "is a transfer without two warehouses, or has some and is none"},
+    {"document", "r.warehouse_out = r.warehouse_in", "is a transfer within a warehouse"},
     {"document", "r.state NOT IN (1, 2)", "is in no known state"},
     {"document", "r.state = 1 AND (r.deleted_at IS NOT NULL OR r.deleted_by IS NOT NULL)",
      "is live and tells who deleted it, or when"},
@@ -83,30 +91,52 @@ constexpr fault g_document_faults[] = {
 
 constexpr const char* g_line =
     "document_line r LEFT JOIN document d ON d.company = r.company AND d.id = r.document "
-    "LEFT JOIN stock s ON s.company = r.company AND s.id = r.stock";
+    "LEFT JOIN stock s ON s.company = r.company AND s.id = r.stock "
+    "LEFT JOIN stock i ON i.company = r.company AND i.id = r.stock_in";
 constexpr fault g_line_faults[] = {
     {"reference", "d.id IS NULL", "names a row of document that is not there"},
     {"reference", "s.id IS NULL", "names a row of stock that is not there"},
-    {"document", "CAST(r.amount AS NUMERIC) * r.price <> r.total",
+    {"reference", "r.stock_in IS NOT NULL AND i.id IS NULL",
+     "names a row of stock, its destination, that is not there"},
+    {"document", "d.module <> 3 AND CAST(r.amount AS NUMERIC) * r.price <> r.total",
      "tells another total than amount times price"},
-    {"document", "s.product <> r.product OR s.warehouse <> r.warehouse OR s.place <> r.place",
+    {"document",
+     "s.product <> r.product OR s.warehouse <> r.warehouse OR (d.module <> 4 AND s.place <> r.place)",
      "tells other goods, or another place, than its stock row"},
+    {"document",
+     "CASE WHEN d.module = 3 THEN 1 ELSE 0 END <> CASE WHEN r.sys_amount IS NULL THEN 0 ELSE 1 END",
+     "was counted and is of no stocktaking, or the other way round"},
+    {"document", "CASE WHEN d.module = 4 THEN 1 ELSE 0 END <> CASE WHEN r.stock_in IS NULL THEN 0 ELSE 1 END",
+     "has a destination and is of no transfer, or the other way round"},
+    {"document", "d.warehouse_out <> r.warehouse", "takes from another warehouse than its document"},
+    {"document",
+     "i.product <> r.product OR i.warehouse <> d.warehouse_in OR i.place <> r.place OR i.price <> s.price",
+     "tells other goods, or another place, than the stock row that it made"},
     {"document", "d.module = 1 AND s.price <> r.price",
      "tells another price than the stock row that it made"},
-    {"ledger", "NOT EXISTS (SELECT 1 FROM movement m WHERE m.company = r.company AND m.line = r.id)",
+    {"ledger",
+     "NOT EXISTS (SELECT 1 FROM movement m WHERE m.company = r.company AND m.line = r.id AND m.stock = "
+     "r.stock)",
      "has no movements"},
+    {"ledger",
+     "r.stock_in IS NOT NULL AND NOT EXISTS (SELECT 1 FROM movement m WHERE m.company = r.company AND "
+     "m.line = r.id AND m.stock = r.stock_in)",
+     "has no movements at its destination"},
 };
 
+// of a line on a row: a transfer's moves two
 constexpr const char* g_moved_line =
-    "(SELECT company, line, count(*) AS moves, min(amount) AS least, max(amount) AS most, sum(amount) AS "
-    "amount "
-    "FROM movement GROUP BY company, line) m CROSS JOIN document_line r CROSS JOIN document d";
+    "(SELECT company, line, stock, count(*) AS moves, min(amount) AS least, max(amount) AS most, sum(amount) "
+    "AS amount FROM movement GROUP BY company, line, stock) m CROSS JOIN document_line r CROSS JOIN document "
+    "d";
 constexpr fault g_moved_line_faults[] = {
     {"ledger", "m.moves <> CASE WHEN d.state = 2 THEN 2 ELSE 1 END",
      "has more or fewer movements than it must have"},
-    {"ledger", "m.amount <> CASE WHEN d.state = 2 THEN 0 WHEN d.module = 1 THEN r.amount ELSE -r.amount END",
+    {"ledger",
+     "m.amount <> CASE WHEN d.state = 2 THEN 0 WHEN d.module = 2 OR (d.module = 4 AND m.stock = r.stock) "
+     "THEN -r.amount ELSE r.amount END",
      "moved another quantity than it tells"},
-    {"ledger", "d.state = 2 AND (m.least <> -r.amount OR m.most <> r.amount)",
+    {"ledger", "d.state = 2 AND (m.least <> -abs(r.amount) OR m.most <> abs(r.amount))",
      "was not undone by a contrary movement"},
 };
 
@@ -117,7 +147,8 @@ constexpr fault g_movement_faults[] = {
     {"reference", "l.id IS NULL", "names a row of document_line that is not there"},
     {"reference", "s.id IS NULL", "names a row of stock that is not there"},
     {"ledger", "r.document <> l.document", "names another document than its line"},
-    {"ledger", "r.stock <> l.stock", "names another stock row than its line"},
+    {"ledger", "r.stock <> l.stock AND r.stock <> coalesce(l.stock_in, 0)",
+     "names another stock row than its line"},
     {"ledger", "CAST(r.amount AS NUMERIC) * s.price <> r.value", "has another value than its quantity"},
 };
 
@@ -125,7 +156,10 @@ constexpr const char* g_draft =
     "draft r LEFT JOIN (SELECT company, draft, count(*) AS lines FROM draft_line GROUP BY company, draft) l "
     "ON l.company = r.company AND l.draft = r.id";
 constexpr fault g_draft_faults[] = {
-    {"draft", "r.lines <> coalesce(l.lines, 0)", "tells another number of lines than it has"},
+    {"draft",
+     "r.lines <> CASE WHEN r.document IS NULL THEN coalesce(l.lines, 0) ELSE (SELECT count(*) FROM "
+     "document_line x WHERE x.company = r.company AND x.document = r.document) END",
+     "tells another number of lines than it has"},
 };
 
 const proof g_proofs[] = {
@@ -158,6 +192,9 @@ const statement g_heads{
     "SELECT d.company, d.id, d.module, d.type, coalesce(d.sn, ''), d.added_at, d.partner, p.type, d.has_dept "
     "FROM document d LEFT JOIN partner p ON p.company = d.company AND p.id = d.partner "
     "ORDER BY d.company, d.id"};
+const statement g_counted{
+    "proof_counted_lines",
+    "SELECT company, id, amount, price, total, sys_amount FROM document_line WHERE sys_amount IS NOT NULL"};
 const statement g_series{"proof_number_series",
                          "SELECT company, kind, day, last FROM document_number ORDER BY company, kind, day"};
 
@@ -180,6 +217,13 @@ void each_document_head(connection& with, const std::function<void(const documen
         each({one.integer(0), one.integer(1), one.integer(2), one.integer(3), std::string(one.text(4)),
               one.integer(5), !one.null(6), one.null(7) ? std::nullopt : std::optional(one.integer(7)),
               one.integer(8) != 0});
+    });
+}
+
+void each_counted_line(connection& with, const std::function<void(const counted_line&)>& each) {
+    with.query(g_counted, {}, [&](const row& one) {
+        each(
+            {one.integer(0), one.integer(1), one.integer(2), one.integer(3), one.integer(4), one.integer(5)});
     });
 }
 

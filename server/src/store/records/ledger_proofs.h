@@ -35,6 +35,17 @@ struct document_head {
 };
 void each_document_head(connection& with, const std::function<void(const document_head&)>& each);
 
+/** Every line of a stocktaking with what its money is made of. */
+struct counted_line {
+    std::int64_t company;
+    std::int64_t id;
+    std::int64_t amount;
+    std::int64_t price;
+    std::int64_t total;
+    std::int64_t sys_amount;
+};
+void each_counted_line(connection& with, const std::function<void(const counted_line&)>& each);
+
 /** Every series of document numbers, by company, kind and day. */
 struct number_series {
     std::int64_t company;

@@ -1,0 +1,210 @@
+-- Stocktakings (module 3) and transfers (module 4) beside inbound (1) and outbound (2) documents.
+--
+-- document: difference and total are signed in a stocktaking: what was counted less what the system held, in units and in
+-- money. warehouse_out and warehouse_in are those of a transfer.
+-- document_line: a stocktaking's has sys_amount, what the system held; its amount is what was counted less that, and its total
+-- is what the client made of it. A transfer's stock is the row that it takes from, stock_in the one that it makes.
+-- draft: document is the one that the first line of a transfer made: further lines go there.
+-- draft_line: total as in document_line.
+
+-- postgresql: ALTER TABLE document DROP CONSTRAINT document_module_check, DROP CONSTRAINT document_total_check,
+-- postgresql:     ADD COLUMN difference {int} NOT NULL DEFAULT 0,
+-- postgresql:     ADD COLUMN warehouse_out {int},
+-- postgresql:     ADD COLUMN warehouse_in {int},
+-- postgresql:     ADD CONSTRAINT document_module_check CHECK (module IN (1, 2, 3, 4)),
+-- postgresql:     ADD CONSTRAINT document_total_check CHECK (total >= 0 OR module = 3),
+-- postgresql:     ADD CHECK (difference = 0 OR module = 3),
+-- postgresql:     ADD CHECK ((module = 4) = (warehouse_out IS NOT NULL)),
+-- postgresql:     ADD CHECK ((module = 4) = (warehouse_in IS NOT NULL)),
+-- postgresql:     ADD CHECK (warehouse_out <> warehouse_in),
+-- postgresql:     ADD FOREIGN KEY (company, warehouse_out) REFERENCES warehouse (company, id),
+-- postgresql:     ADD FOREIGN KEY (company, warehouse_in) REFERENCES warehouse (company, id);
+-- postgresql: ALTER TABLE document_line DROP CONSTRAINT document_line_amount_check,
+-- postgresql:     DROP CONSTRAINT document_line_total_check,
+-- postgresql:     ADD COLUMN sys_amount {int} CHECK (sys_amount BETWEEN 0 AND 99999999),
+-- postgresql:     ADD COLUMN stock_in {int},
+-- postgresql:     ADD CONSTRAINT document_line_amount_check CHECK (amount BETWEEN -99999999 AND 99999999),
+-- postgresql:     ADD CHECK (sys_amount IS NOT NULL OR (amount >= 0 AND total >= 0)),
+-- postgresql:     ADD CHECK (sys_amount + amount BETWEEN 0 AND 99999999),
+-- postgresql:     ADD FOREIGN KEY (company, stock_in) REFERENCES stock (company, id);
+-- postgresql: ALTER TABLE draft DROP CONSTRAINT draft_module_check,
+-- postgresql:     ADD COLUMN warehouse_out {int},
+-- postgresql:     ADD COLUMN warehouse_in {int},
+-- postgresql:     ADD COLUMN document {int},
+-- postgresql:     ADD CONSTRAINT draft_module_check CHECK (module IN (1, 2, 3, 4)),
+-- postgresql:     ADD CHECK (document IS NULL OR module = 4),
+-- postgresql:     ADD FOREIGN KEY (company, warehouse_out) REFERENCES warehouse (company, id),
+-- postgresql:     ADD FOREIGN KEY (company, warehouse_in) REFERENCES warehouse (company, id),
+-- postgresql:     ADD FOREIGN KEY (company, document) REFERENCES document (company, id);
+-- postgresql: ALTER TABLE draft_line DROP CONSTRAINT draft_line_amount_check,
+-- postgresql:     ADD COLUMN sys_amount {int},
+-- postgresql:     ADD COLUMN total {int},
+-- postgresql:     ADD CONSTRAINT draft_line_amount_check CHECK (amount BETWEEN -99999999 AND 99999999);
+-- postgresql: UPDATE draft_line SET total = amount * price;
+-- postgresql: ALTER TABLE draft_line ALTER COLUMN total SET NOT NULL;
+
+-- SQLite cannot change a CHECK: the tables are made anew. The old ones step aside together with those that refer to them, so
+-- that at no moment a row refers to one that is not there.
+DROP INDEX document_page;
+DROP INDEX movement_of_line;
+-- sqlite: DROP INDEX document_line_of;
+-- sqlite: DROP INDEX movement_of_stock;
+-- sqlite: DROP INDEX draft_of_session;
+-- sqlite: DROP INDEX draft_age;
+-- sqlite: DROP INDEX draft_line_of;
+-- sqlite: ALTER TABLE document RENAME TO old_document;
+-- sqlite: ALTER TABLE document_line RENAME TO old_document_line;
+-- sqlite: ALTER TABLE movement RENAME TO old_movement;
+-- sqlite: ALTER TABLE draft RENAME TO old_draft;
+-- sqlite: ALTER TABLE draft_line RENAME TO old_draft_line;
+
+-- sqlite: CREATE TABLE document (
+-- sqlite:     company {int} NOT NULL REFERENCES company (id),
+-- sqlite:     id INTEGER PRIMARY KEY AUTOINCREMENT,
+-- sqlite:     module {int} NOT NULL CHECK (module IN (1, 2, 3, 4)),
+-- sqlite:     type {int} NOT NULL CHECK (type BETWEEN 1 AND 7),
+-- sqlite:     state {int} NOT NULL DEFAULT 1 CHECK (state IN (1, 2)),
+-- sqlite:     sn {text},
+-- sqlite:     added_at {int} NOT NULL,
+-- sqlite:     operater {int} NOT NULL,
+-- sqlite:     writer {int} NOT NULL,
+-- sqlite:     partner {int},
+-- sqlite:     dept {int} NOT NULL DEFAULT 0,
+-- sqlite:     has_dept {int} NOT NULL CHECK (has_dept IN (0, 1)),
+-- sqlite:     total {int} NOT NULL CHECK (total >= 0 OR module = 3),
+-- sqlite:     remark {text} NOT NULL CHECK (length(remark) <= 1000),
+-- sqlite:     remark_folded {text} NOT NULL,
+-- sqlite:     deleted_at {int},
+-- sqlite:     deleted_by {int},
+-- sqlite:     difference {int} NOT NULL DEFAULT 0 CHECK (difference = 0 OR module = 3),
+-- sqlite:     warehouse_out {int},
+-- sqlite:     warehouse_in {int},
+-- sqlite:     UNIQUE (company, id),
+-- sqlite:     UNIQUE (company, sn),
+-- sqlite:     FOREIGN KEY (company, operater) REFERENCES employee (company, id),
+-- sqlite:     FOREIGN KEY (company, writer) REFERENCES app_user (company, id),
+-- sqlite:     FOREIGN KEY (company, partner) REFERENCES partner (company, id),
+-- sqlite:     FOREIGN KEY (company, deleted_by) REFERENCES app_user (company, id),
+-- sqlite:     FOREIGN KEY (company, warehouse_out) REFERENCES warehouse (company, id),
+-- sqlite:     FOREIGN KEY (company, warehouse_in) REFERENCES warehouse (company, id),
+-- sqlite:     CHECK ((state = 2) = (deleted_at IS NOT NULL)),
+-- sqlite:     CHECK ((state = 2) = (deleted_by IS NOT NULL)),
+-- sqlite:     CHECK ((module = 4) = (warehouse_out IS NOT NULL)),
+-- sqlite:     CHECK ((module = 4) = (warehouse_in IS NOT NULL)),
+-- sqlite:     CHECK (warehouse_out <> warehouse_in)
+-- sqlite: ) {strict};
+-- sqlite: CREATE TABLE document_line (
+-- sqlite:     company {int} NOT NULL REFERENCES company (id),
+-- sqlite:     id INTEGER PRIMARY KEY AUTOINCREMENT,
+-- sqlite:     document {int} NOT NULL,
+-- sqlite:     product {int} NOT NULL,
+-- sqlite:     price {int} NOT NULL CHECK (price BETWEEN 0 AND 9999999900),
+-- sqlite:     amount {int} NOT NULL CHECK (amount BETWEEN -99999999 AND 99999999),
+-- sqlite:     total {int} NOT NULL,
+-- sqlite:     warehouse {int} NOT NULL,
+-- sqlite:     place {text} NOT NULL CHECK (length(place) <= 200),
+-- sqlite:     remark {text} NOT NULL CHECK (length(remark) <= 1000),
+-- sqlite:     stock {int} NOT NULL,
+-- sqlite:     sys_amount {int} CHECK (sys_amount BETWEEN 0 AND 99999999),
+-- sqlite:     stock_in {int},
+-- sqlite:     UNIQUE (company, id),
+-- sqlite:     FOREIGN KEY (company, document) REFERENCES document (company, id),
+-- sqlite:     FOREIGN KEY (company, product) REFERENCES product (company, id),
+-- sqlite:     FOREIGN KEY (company, warehouse) REFERENCES warehouse (company, id),
+-- sqlite:     FOREIGN KEY (company, stock) REFERENCES stock (company, id),
+-- sqlite:     FOREIGN KEY (company, stock_in) REFERENCES stock (company, id),
+-- sqlite:     CHECK (sys_amount IS NOT NULL OR (amount >= 0 AND total >= 0)),
+-- sqlite:     CHECK (sys_amount + amount BETWEEN 0 AND 99999999)
+-- sqlite: ) {strict};
+-- sqlite: CREATE TABLE movement (
+-- sqlite:     company {int} NOT NULL REFERENCES company (id),
+-- sqlite:     id {id},
+-- sqlite:     stock {int} NOT NULL,
+-- sqlite:     amount {int} NOT NULL,
+-- sqlite:     value {int} NOT NULL,
+-- sqlite:     document {int} NOT NULL,
+-- sqlite:     line {int} NOT NULL,
+-- sqlite:     user_id {int} NOT NULL,
+-- sqlite:     moved_at {int} NOT NULL,
+-- sqlite:     FOREIGN KEY (company, stock) REFERENCES stock (company, id),
+-- sqlite:     FOREIGN KEY (company, document) REFERENCES document (company, id),
+-- sqlite:     FOREIGN KEY (company, line) REFERENCES document_line (company, id),
+-- sqlite:     FOREIGN KEY (company, user_id) REFERENCES app_user (company, id)
+-- sqlite: ) {strict};
+-- sqlite: CREATE TABLE draft (
+-- sqlite:     company {int} NOT NULL REFERENCES company (id),
+-- sqlite:     id INTEGER PRIMARY KEY AUTOINCREMENT,
+-- sqlite:     module {int} NOT NULL CHECK (module IN (1, 2, 3, 4)),
+-- sqlite:     type {int} NOT NULL CHECK (type BETWEEN 1 AND 7),
+-- sqlite:     user_id {int} NOT NULL,
+-- sqlite:     session {int} NOT NULL,
+-- sqlite:     opened_at {int} NOT NULL,
+-- sqlite:     operater {int} NOT NULL,
+-- sqlite:     partner {int},
+-- sqlite:     dept {int} NOT NULL DEFAULT 0,
+-- sqlite:     has_dept {int} NOT NULL CHECK (has_dept IN (0, 1)),
+-- sqlite:     remark {text} NOT NULL,
+-- sqlite:     lines {int} NOT NULL DEFAULT 0 CHECK (lines >= 0),
+-- sqlite:     warehouse_out {int},
+-- sqlite:     warehouse_in {int},
+-- sqlite:     document {int} CHECK (document IS NULL OR module = 4),
+-- sqlite:     UNIQUE (company, id),
+-- sqlite:     FOREIGN KEY (company, user_id) REFERENCES app_user (company, id),
+-- sqlite:     FOREIGN KEY (company, operater) REFERENCES employee (company, id),
+-- sqlite:     FOREIGN KEY (company, partner) REFERENCES partner (company, id),
+-- sqlite:     FOREIGN KEY (company, warehouse_out) REFERENCES warehouse (company, id),
+-- sqlite:     FOREIGN KEY (company, warehouse_in) REFERENCES warehouse (company, id),
+-- sqlite:     FOREIGN KEY (company, document) REFERENCES document (company, id)
+-- sqlite: ) {strict};
+-- sqlite: CREATE TABLE draft_line (
+-- sqlite:     company {int} NOT NULL REFERENCES company (id),
+-- sqlite:     id INTEGER PRIMARY KEY AUTOINCREMENT,
+-- sqlite:     draft {int} NOT NULL,
+-- sqlite:     product {int} NOT NULL,
+-- sqlite:     price {int} NOT NULL CHECK (price BETWEEN 0 AND 9999999900),
+-- sqlite:     amount {int} NOT NULL CHECK (amount BETWEEN -99999999 AND 99999999),
+-- sqlite:     warehouse {int} NOT NULL,
+-- sqlite:     place {text} NOT NULL,
+-- sqlite:     remark {text} NOT NULL,
+-- sqlite:     stock {int} NOT NULL DEFAULT 0,
+-- sqlite:     token {text} NOT NULL DEFAULT '',
+-- sqlite:     stocked {int} NOT NULL DEFAULT 0 CHECK (stocked IN (0, 1)),
+-- sqlite:     sys_amount {int},
+-- sqlite:     total {int} NOT NULL,
+-- sqlite:     UNIQUE (company, id),
+-- sqlite:     FOREIGN KEY (company, draft) REFERENCES draft (company, id) ON DELETE CASCADE
+-- sqlite: ) {strict};
+
+-- The ids go on where they stood.
+-- sqlite: INSERT INTO sqlite_sequence (name, seq) SELECT substr(name, 5), seq FROM sqlite_sequence
+-- sqlite:     WHERE name IN ('old_document', 'old_document_line', 'old_draft', 'old_draft_line');
+-- sqlite: INSERT INTO document (company, id, module, type, state, sn, added_at, operater, writer, partner, dept, has_dept, total,
+-- sqlite:     remark, remark_folded, deleted_at, deleted_by) SELECT company, id, module, type, state, sn, added_at, operater,
+-- sqlite:     writer, partner, dept, has_dept, total, remark, remark_folded, deleted_at, deleted_by FROM old_document;
+-- sqlite: INSERT INTO document_line (company, id, document, product, price, amount, total, warehouse, place, remark, stock)
+-- sqlite:     SELECT company, id, document, product, price, amount, total, warehouse, place, remark, stock
+-- sqlite:     FROM old_document_line;
+-- sqlite: INSERT INTO movement (company, id, stock, amount, value, document, line, user_id, moved_at)
+-- sqlite:     SELECT company, id, stock, amount, value, document, line, user_id, moved_at FROM old_movement;
+-- sqlite: INSERT INTO draft (company, id, module, type, user_id, session, opened_at, operater, partner, dept, has_dept, remark,
+-- sqlite:     lines) SELECT company, id, module, type, user_id, session, opened_at, operater, partner, dept, has_dept, remark,
+-- sqlite:     lines FROM old_draft;
+-- sqlite: INSERT INTO draft_line (company, id, draft, product, price, amount, warehouse, place, remark, stock, token, stocked,
+-- sqlite:     total) SELECT company, id, draft, product, price, amount, warehouse, place, remark, stock, token, stocked,
+-- sqlite:     amount * price FROM old_draft_line;
+-- Who refers goes before who is referred to.
+-- sqlite: DROP TABLE old_movement;
+-- sqlite: DROP TABLE old_document_line;
+-- sqlite: DROP TABLE old_document;
+-- sqlite: DROP TABLE old_draft_line;
+-- sqlite: DROP TABLE old_draft;
+-- sqlite: CREATE INDEX document_line_of ON document_line (company, document, id);
+-- sqlite: CREATE INDEX movement_of_stock ON movement (company, stock, id, amount, value);
+-- sqlite: CREATE INDEX draft_of_session ON draft (company, session);
+-- sqlite: CREATE INDEX draft_age ON draft (opened_at);
+-- sqlite: CREATE INDEX draft_line_of ON draft_line (company, draft, id);
+
+CREATE INDEX document_page ON document (company, module, type, state, id, added_at, operater, writer, partner, dept,
+    warehouse_out, warehouse_in);
+-- A line of a transfer moves two rows.
+CREATE INDEX movement_of_line ON movement (company, line, stock, id, amount);
