@@ -8,7 +8,7 @@
 #include "client/watch.h"
 #include "net/http.h"
 
-// The client as the user starts it, watched from inside: client_probe start|session|masters|documents
+// The client as the user starts it, watched from inside: client_probe start|session|masters|documents|stock
 // BASE_URL. Prints "name value" lines and ends the process as soon as it knows what it was asked for.
 
 namespace {
@@ -36,13 +36,14 @@ void on_login_painted(QWidget* dialog) {
 
 int main(int count, char** words) {
     if (count != 3) {
-        std::fputs("usage: client_probe start|session|masters|documents BASE_URL\n", stderr);
+        std::fputs("usage: client_probe start|session|masters|documents|stock BASE_URL\n", stderr);
         return 2;
     }
     const std::string mode = words[1];
     if (mode == "session") measure = measure_pages;
     if (mode == "masters") measure = measure_masters;
     if (mode == "documents") measure = measure_documents;
+    if (mode == "stock") measure = measure_stock;
     g_http.base_url = QString::fromUtf8(words[2]);
     QApplication application(count, words);
     new paint_watch(

@@ -1,5 +1,4 @@
-#include <QJsonArray>
-
+#include "client/probe_calls.h"
 #include "client/watch.h"
 #include "model/answers.h"
 #include "model/model_instore.h"
@@ -15,28 +14,6 @@ constexpr int rounds = 10;
 constexpr int lines = 100;
 constexpr int kind_purchase = 1;
 constexpr int kind_sale = 2;
-
-[[noreturn]] void give_up(const char* what) {
-    std::printf("%s\n", what);
-    leave(1);
-}
-
-/** The records of the first page of a list, as the service tells them; at least `least` of them. */
-QJsonArray records(const QString& path, const QString& criteria, int least) {
-    const QJsonArray list = g_http.post_object(path, criteria + QStringLiteral("page_num=1&page_size=100"))
-                                .value(QLatin1String("list"))
-                                .toArray();
-    if (list.size() < least) give_up(qPrintable(QStringLiteral("too few records in ") + path));
-    return list;
-}
-
-QString text_of(const QJsonValue& record, const char* key) {
-    return record.toObject().value(QLatin1String(key)).toString();
-}
-
-QString first_id(const QString& path, const QString& criteria) {
-    return text_of(records(path, criteria, 1).first(), "id");
-}
 
 /** Header and lines of a document, ready to be saved. */
 struct_instore delivery() {
@@ -93,12 +70,6 @@ struct_outstore sale() {
         document.details.append(line);
     }
     return document;
-}
-
-void tell(const char* name, double begin, double closing, const answer_counter& answers) {
-    const double end = now_ms();
-    std::printf("%s_ms %.4f\n%s_close_ms %.4f\n%s_requests %d\n", name, end - begin, name, end - closing,
-                name, answers.count());
 }
 
 /** The requests of the editor's save, in its order. */

@@ -68,6 +68,9 @@ void measure_masters();
 /** Saves of documents of a hundred lines, inbound and outbound in turn, and the claims before the latter. */
 void measure_documents();
 
+/** Stocktakings of 500 lines and transfers of 100, and the claims before them. */
+void measure_stock();
+
 /** Shows a list page, searches and turns 320 pages; prints NAMEfilled_ms and NAMEpainted_ms of the last 300.
  */
 void turn_pages(QWidget* page, const char* name);

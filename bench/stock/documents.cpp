@@ -16,6 +16,7 @@ struct document_work {
     std::string reading; /**< how the probe names it */
     std::vector<std::string> paths;
     bool limited;
+    std::string last{"the closing call"};
 };
 
 void report_work(const client_scene& where, const readings& seen, const work_done& work,
@@ -37,7 +38,7 @@ void report_work(const client_scene& where, const readings& seen, const work_don
     if (one.limited && limits_apply) whole.bound = limit{relation::at_most, slowest_ms};
     where.found.add(std::move(whole));
     where.found.add({what + ", of that in the service", service_ms, "ms", took.size(), std::nullopt,
-                     "mean, from arrival to answer; the closing call " +
+                     "mean, from arrival to answer; " + one.last + " " +
                          readable(median(seen.at(one.reading + "_close_ms")), "ms")});
 }
 
@@ -45,22 +46,39 @@ void report_work(const client_scene& where, const readings& seen, const work_don
 
 void measure_documents(const scene& where, const service& running, const std::string& probe) {
     const client_scene client{probe, where.place.folder, running, where.context, *where.found};
-    metrics before = read_metrics(where.context, running.port());
-    const readings seen = run_probe(client, "documents");
-    const work_done work(std::move(before), read_metrics(where.context, running.port()));
-    const document_work all[]{
-        {"save of an inbound document of 100 lines",
-         "inbound",
-         {"wms_instore/do_add", "wms_instore_detail/do_add", "wms_stock_detail/do_add",
-          "wms_instore/update_total"},
-         true},
-        {"save of an outbound document of 100 lines",
-         "outbound",
-         {"wms_outstore/do_add", "wms_outstore_detail/do_add", "wms_outstore/update_total"},
-         true},
-        {"the 100 claims before an outbound document", "claims", {"wms_stock_detail/lock_stock"}, false}};
-    for (const document_work& one : all)
-        report_work(client, seen, work, one, where.label, where.limits_apply);
+    const auto report_all = [&](const std::string& mode, const std::vector<document_work>& all) {
+        metrics before = read_metrics(where.context, running.port());
+        const readings seen = run_probe(client, mode);
+        const work_done work(std::move(before), read_metrics(where.context, running.port()));
+        for (const document_work& one : all)
+            report_work(client, seen, work, one, where.label, where.limits_apply);
+    };
+    report_all("documents",
+               {{"save of an inbound document of 100 lines",
+                 "inbound",
+                 {"wms_instore/do_add", "wms_instore_detail/do_add", "wms_stock_detail/do_add",
+                  "wms_instore/update_total"},
+                 true},
+                {"save of an outbound document of 100 lines",
+                 "outbound",
+                 {"wms_outstore/do_add", "wms_outstore_detail/do_add", "wms_outstore/update_total"},
+                 true},
+                {"the 100 claims before an outbound document",
+                 "claims",
+                 {"wms_stock_detail/lock_stock"},
+                 false,
+                 "the last one"}});
+    report_all(
+        "stock",
+        {{"save of a stocktaking of 500 lines",
+          "taking",
+          {"wms_stock_taking/do_add", "wms_stock_taking_detail/do_add", "wms_stock_taking/update_profitloss"},
+          false},
+         {"save of a transfer of 100 lines",
+          "transfer",
+          {"wms_stock_allot/do_add", "wms_stock_allot_detail/do_add"},
+          false,
+          "the last line"}});
 }
 
 } // namespace bench

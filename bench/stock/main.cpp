@@ -33,6 +33,7 @@ int main(int count, char** words) try {
         const service running(where.place);
         const std::string session = log_in(context.get(), running.port(), demo_name, demo_password);
         measure_stock_pages(where, running, session);
+        measure_summary(where, running, session);
         measure_claims(where, running, session);
         measure_documents(where, running, words[2]);
         report_memory(where, running);

@@ -8,6 +8,15 @@ std::optional<std::string> given(const fields& form, std::string_view key) {
     return form.has(key) ? std::optional(std::string(form.text(key))) : std::nullopt;
 }
 
+std::optional<std::int64_t> given_number(const fields& form, std::string_view key) {
+    return form.has(key) ? std::optional(form.integer(key)) : std::nullopt;
+}
+
+key date_key(std::string_view name) {
+    using limits = std::numeric_limits<std::int64_t>;
+    return integer_key(name, limits::min(), limits::max(), presence::optional);
+}
+
 key page_num_key() {
     constexpr auto any = std::numeric_limits<std::int64_t>::max();
     return integer_key("page_num", -any, any);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,10 @@ namespace tavrok::api {
 /** The value of a key that may be left out: none when it was. */
 std::optional<std::string> given(const fields& form, std::string_view key);
 
+std::optional<std::int64_t> given_number(const fields& form, std::string_view key);
+
+/** A moment in seconds that may be left out. */
+key date_key(std::string_view name);
 /** The keys that end every request for a page. */
 key page_num_key();
 key page_size_key();

@@ -55,6 +55,7 @@ public:
         add_stock_detail(m_routes, m_with);
         add_stock_taking(m_routes, m_with);
         add_stock_allot(m_routes, m_with);
+        add_stock_summary(m_routes, m_with);
         add_user_reg(m_routes, m_with);
         add_user(m_routes, m_with);
         m_list = list_routes(m_routes);

@@ -1,9 +1,11 @@
 #include "app/commands.h"
 
+#include <algorithm>
 #include <ctime>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
+#include <thread>
 
 #include "app/folds.h"
 #include "app/logging.h"
@@ -25,10 +27,17 @@ std::int64_t now() {
 
 /** A statement that looks at everything once may take longer than one that answers a request. */
 constexpr std::chrono::minutes g_proof_timeout{60};
+constexpr unsigned g_most_provers = 4; // at the same time
 
-std::unique_ptr<store::database> open_database(const config& chosen, store::options how = {}) {
-    how.location = chosen.database;
+/** For work that is done by one after the other. */
+store::options with_one_reader() {
+    store::options how;
     how.readers = 1;
+    return how;
+}
+
+std::unique_ptr<store::database> open_database(const config& chosen, store::options how = with_one_reader()) {
+    how.location = chosen.database;
     auto opened = store::open(how);
     complete_folds(*opened);
     return opened;
@@ -98,10 +107,22 @@ int check(const config& chosen) {
     }
     store::options how;
     how.statement_timeout = g_proof_timeout;
+    how.readers = std::clamp(std::thread::hardware_concurrency(), 1U, g_most_provers);
     const auto database = open_database(chosen, how);
-    std::vector<domain::finding> found;
-    store::read_now(*database, [&](store::connection& with) { found = domain::check(with); });
+    const auto proofs = domain::proofs();
+    std::vector<std::vector<domain::finding>> of_each(proofs.size());
+    std::vector<store::job> jobs;
+    for (std::size_t i = 0; i < proofs.size(); ++i) {
+        jobs.emplace_back([&found = of_each[i], prove = proofs[i]](store::connection& with) {
+            found.clear();
+            prove(with, found);
+        });
+    }
+    store::read_all_now(*database, jobs);
     database->stop();
+    std::vector<domain::finding> found;
+    for (auto& part : of_each)
+        found.insert(found.end(), part.begin(), part.end());
     for (const domain::finding& one : found)
         std::cout << one.rule << ": " << one.text << '\n';
     std::cout << (found.empty() ? "everything holds" : std::to_string(found.size()) + " rows break a promise")

@@ -127,19 +127,20 @@ void check_ids(store::connection& with, findings& found) {
     });
 }
 
+constexpr proof g_proofs[] = {check_counters,   check_list_counters, check_folded_texts, check_companies,
+                              check_references, check_folded,        check_menu,         check_ids,
+                              check_stock,      check_ledger,        check_documents,    check_counts};
+
 } // namespace
+
+std::span<const proof> proofs() {
+    return g_proofs;
+}
 
 std::vector<finding> check(store::connection& with) {
     findings found;
-    check_counters(with, found);
-    check_list_counters(with, found);
-    check_folded_texts(with, found);
-    check_companies(with, found);
-    check_references(with, found);
-    check_folded(with, found);
-    check_menu(with, found);
-    check_ids(with, found);
-    check_ledger(with, found);
+    for (const auto one : proofs())
+        one(with, found);
     return found;
 }
 

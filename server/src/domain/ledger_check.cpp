@@ -119,6 +119,22 @@ void check_series(const series_key& key, std::vector<given>& numbers, std::int64
     }
 }
 
+store::promise_reader into(findings& found) {
+    return [&found](const store::broken_promise& one) {
+        found.push_back({one.rule, of(one.company, one.table, one.id) + ' ' + one.words});
+    };
+}
+
+} // namespace
+
+void check_stock(store::connection& with, findings& found) {
+    store::each_broken_stock(with, into(found));
+}
+
+void check_ledger(store::connection& with, findings& found) {
+    store::each_broken_document(with, into(found));
+}
+
 void check_documents(store::connection& with, findings& found) {
     all_series numbers;
     store::each_document_head(with,
@@ -154,16 +170,6 @@ void check_counts(store::connection& with, findings& found) {
                                              " tells another money than its gain or loss at its price"});
         }
     });
-}
-
-} // namespace
-
-void check_ledger(store::connection& with, findings& found) {
-    store::each_broken_promise(with, [&](const store::broken_promise& one) {
-        found.push_back({one.rule, of(one.company, one.table, one.id) + ' ' + one.words});
-    });
-    check_documents(with, found);
-    check_counts(with, found);
 }
 
 } // namespace tavrok::domain

@@ -34,7 +34,7 @@ list_extent filtered_total(store::connection& with, const store::listing& what,
     // The lengths keep criteria apart whatever they hold.
     std::string criteria = what.name;
     for (const auto& one : filter.criteria) {
-        const auto bound = text_of(one.bound);
+        const auto bound = text_of(one.bound) + ' ' + text_of(one.most);
         criteria.append(" ").append(one.column).append(1, ' ').append(one.text);
         criteria.append(1, ' ').append(std::to_string(static_cast<int>(one.how)) + '.');
         criteria.append(std::to_string(bound.size()) + ':').append(bound);

@@ -47,12 +47,22 @@ std::int64_t parse_signed_money(std::string_view what, std::string_view text, st
 }
 
 std::string format_money(std::int64_t hundredths) {
+    return format_money_sum(hundredths);
+}
+
+std::string format_money_sum(money_sum hundredths) {
     const bool negative = hundredths < 0;
-    // unsigned, because the lowest number has no positive counterpart
-    const auto size =
-        negative ? 0 - static_cast<std::uint64_t>(hundredths) : static_cast<std::uint64_t>(hundredths);
-    const auto decimals = std::to_string(size % 100);
-    return (negative ? "-" : "") + std::to_string(size / 100) + (decimals.size() < 2 ? ".0" : ".") + decimals;
+    std::string digits; // the last one first
+    for (auto left = hundredths; left != 0; left /= 10)
+        digits += static_cast<char>('0' + (negative ? -(left % 10) : left % 10));
+    if (digits.size() <= g_decimals) digits.append(g_decimals + 1 - digits.size(), '0');
+    digits.insert(g_decimals, 1, '.');
+    if (negative) digits += '-';
+    return {digits.rbegin(), digits.rend()};
+}
+
+std::int64_t average_money(money_sum hundredths, std::int64_t count) {
+    return static_cast<std::int64_t>((2 * hundredths + count) / (2 * money_sum{count}));
 }
 
 std::int64_t add_money(std::int64_t left, std::int64_t right) {

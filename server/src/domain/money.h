@@ -16,6 +16,13 @@ std::int64_t parse_signed_money(std::string_view what, std::string_view text, st
 /** The text with exactly two decimals: "12.50", "-0.05". */
 std::string format_money(std::int64_t hundredths);
 
+/** Wide enough for the value of any stock: a single row may already fill 64 bits. */
+__extension__ using money_sum = __int128;
+std::string format_money_sum(money_sum hundredths);
+/** The value of one of `count` that are worth `hundredths` together, neither below 0, rounded half away from
+ * zero. `count` is not 0. */
+std::int64_t average_money(money_sum hundredths, std::int64_t count);
+
 /** The sum; refuses one that no 64-bit number holds. */
 std::int64_t add_money(std::int64_t left, std::int64_t right);
 /** Whether a sum of `parts` amounts agrees with what a client made of them in binary fractions: less than one

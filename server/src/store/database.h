@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "store/connection.h"
 
@@ -77,6 +78,9 @@ std::unique_ptr<database> open(const options& how);
 
 /** Blocking forms for tools and tests: they wait and rethrow what the job threw. */
 void read_now(database& where, const job& work);
+/** Runs the jobs at the same time, as far as there are readers for them, each in a transaction of its own.
+ * All have ended when it returns or throws what the first of them in their order threw. */
+void read_all_now(database& where, const std::vector<job>& work);
 void write_now(database& where, const job& work);
 
 } // namespace tavrok::store

@@ -73,6 +73,7 @@ const std::map<std::string, std::string> refusals{
     {"wms_stock_detail/do_add", "0"},
     {"wms_stock_detail/lock_stock", "0"},
     {"wms_stock_detail/unlock_stock", "0"},
+    {"wms_stock_summary/get_page", empty_page},
     {"user_reg/captcha_data", ""},
     {"user_reg/check_reg_exist", R"({"company":0,"username":0,"mobile":0,"email":0,"captcha":0})"},
     {"user_reg/do_reg", R"({"state":6})"},

@@ -102,8 +102,11 @@ std::vector<sample> draft_samples(harness& world, const std::shared_ptr<document
     return {{"of a draft", body(), administrators_alone, body}};
 }
 
-std::vector<sample> stock_samples(documents_world& with, const std::string& action) {
+std::vector<sample> stock_samples(documents_world& with, const std::string& module,
+                                  const std::string& action) {
     const auto row = with.stock("50", "1.00", "50.00");
+    if (module == "wms_stock_summary")
+        return {{"all", "&page_num=1&page_size=20", only("stock_summary", "search")}};
     if (action == "get_page") {
         return {{"all", "&page_num=1&page_size=20",
                  either(only("stock_detail", "search"),
@@ -128,11 +131,12 @@ std::vector<sample> document_samples(harness& world, const std::string& owner, c
     const auto action = path.substr(path.find('/') + 1);
     const bool inbound = module == "wms_instore";
     if (module.rfind("wms_instore", 0) != 0 && module.rfind("wms_outstore", 0) != 0 &&
-        module != "wms_stock_detail") {
+        module != "wms_stock_detail" && module != "wms_stock_summary") {
         return {};
     }
     const auto with = std::make_shared<documents_world>(world.as(owner));
-    if (module == "wms_stock_detail" && action != "do_add") return stock_samples(*with, action);
+    if (module == "wms_stock_summary" || (module == "wms_stock_detail" && action != "do_add"))
+        return stock_samples(*with, module, action);
     const bool header = inbound || module == "wms_outstore";
     if (header && (action == "get_page" || action == "do_add")) return kinds(*with, inbound, action);
     const std::string page = inbound ? "instore_purchase" : "outstore_sale_take";

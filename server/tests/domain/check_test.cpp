@@ -44,6 +44,23 @@ TEST_P(proofs, a_sound_database_has_no_findings) {
         ADD_FAILURE() << one.text;
 }
 
+TEST_P(proofs, say_the_same_part_by_part) {
+    test::scene in(GetParam());
+    fill(in);
+    in.write([&](store::connection& with) {
+        with.execute({"", "UPDATE partner_counter SET live = live + 1 WHERE type = 2"}, {});
+        with.execute({"", "UPDATE partner SET name_folded = 'x' WHERE id = 1003"}, {});
+    });
+    std::vector<finding> parts;
+    for (const auto one : domain::proofs())
+        in.read([&](store::connection& with) { one(with, parts); });
+    const auto whole = proof(in);
+    ASSERT_EQ(whole.size(), 2U);
+    ASSERT_EQ(parts.size(), whole.size());
+    for (std::size_t i = 0; i < whole.size(); ++i)
+        EXPECT_EQ(parts[i].text, whole[i].text);
+}
+
 struct damage {
     const char* name;
     const char* sql;

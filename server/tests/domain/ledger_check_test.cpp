@@ -63,6 +63,11 @@ TEST_P(ledger_check, names_what_breaks_the_ledger) {
          "ledger",
          "document_line 1004 has no movements",
          6},
+        // as many lines are named as there are: one of them leads nowhere
+        {{"UPDATE movement SET line = 4711 WHERE id = 5"},
+         "ledger",
+         "document_line 1004 has no movements",
+         2},
         {{"INSERT INTO stock SELECT company, 1090, product, warehouse, place, price, remark, added_at, 0, 0, "
           "0, "
           "0, 0, place_folded, remark_folded FROM stock WHERE id = 1001"},

@@ -173,6 +173,28 @@ TEST_P(store_transactions, what_was_written_is_there_after_a_new_start) {
     EXPECT_EQ(number(db(), "SELECT id FROM counted"), 41);
 }
 
+TEST_P(store_transactions, several_reads_run_at_the_same_time_and_all_end) {
+    define("CREATE TABLE counted (id {int} NOT NULL PRIMARY KEY) {strict}");
+    store::write_now(db(), adding(41));
+    std::atomic<int> there{0};
+    std::atomic<int> ended{0};
+    // Each waits for the other one: one after the other they would never end.
+    const auto meet = [&](connection& with) {
+        with.query(unnamed(g_count), {}, [&](const store::row& one) { EXPECT_EQ(one.integer(0), 1); });
+        ++there;
+        while (there < 2)
+            std::this_thread::yield();
+        ++ended;
+    };
+    store::read_all_now(db(), {meet, meet});
+    EXPECT_EQ(ended, 2);
+    const auto fails = [](connection&) { throw std::logic_error("no"); };
+    const auto last = [&](connection&) { ++ended; };
+    EXPECT_THROW(store::read_all_now(db(), {fails, last, last}), std::logic_error);
+    EXPECT_EQ(ended, 4) << "the others ran to their end";
+    store::read_all_now(db(), {});
+}
+
 TEST_P(store_transactions, the_figures_count_statements_and_commits) {
     define("CREATE TABLE counted (id {int} NOT NULL PRIMARY KEY) {strict}");
     const auto before = db().figures();

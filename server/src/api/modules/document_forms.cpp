@@ -3,6 +3,7 @@
 #include <limits>
 #include <string>
 
+#include "api/answers.h"
 #include "domain/money.h"
 #include "domain/products.h"
 #include "domain/repeat.h"
@@ -24,17 +25,8 @@ access on_any_page(std::span<const std::string_view> pages, std::string_view rig
     return made;
 }
 
-key date_key(std::string_view name) {
-    return integer_key(name, std::numeric_limits<std::int64_t>::min(), any, presence::optional);
-}
-
 key id_criterion_key(std::string_view name) {
     return integer_key(name, 0, any, presence::optional);
-}
-
-std::optional<std::int64_t> given_number(const fields& form, std::string_view key) {
-    if (!form.has(key)) return std::nullopt;
-    return form.integer(key);
 }
 
 std::int64_t price_of(const fields& form) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -16,10 +15,8 @@ namespace tavrok::api {
 /** The right on any of these pages lets in; the domain judges the record. */
 access on_any_page(std::span<const std::string_view> pages, std::string_view right);
 
-/** A criterion on seconds since the epoch, and one on an id. */
-key date_key(std::string_view name);
+/** A criterion on an id. */
 key id_criterion_key(std::string_view name);
-std::optional<std::int64_t> given_number(const fields& form, std::string_view key);
 /** Money in hundredths: of a price, of the sum of a line or a document, and of one that may be lost. */
 std::int64_t price_of(const fields& form);
 std::int64_t total_of(const fields& form, std::string_view key = "total");

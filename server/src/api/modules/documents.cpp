@@ -110,16 +110,16 @@ access by_kind(const module_words& words, std::string_view key, std::string_view
 }
 
 std::vector<key> page_keys(const module_words& words) {
-    const auto date = date_key;
     const auto id = id_criterion_key;
     const auto kind = integer_key(words.type_key, 1, static_cast<std::int64_t>(words.pages.size()));
     if (words.which == document_module::inbound) {
-        return {date("date_start"), date("date_end"),   text_key("sn"), id("company"), text_key("operater"),
-                id("writer"),       text_key("remark"), id("dept"),     kind,          page_num_key(),
-                page_size_key()};
+        return {date_key("date_start"), date_key("date_end"), text_key("sn"),
+                id("company"),          text_key("operater"), id("writer"),
+                text_key("remark"),     id("dept"),           kind,
+                page_num_key(),         page_size_key()};
     }
-    return {kind,           date("date_start"),   date("date_end"), text_key("sn"),
-            id("company"),  text_key("operater"), id("writer"),     text_key("remark"),
+    return {kind,           date_key("date_start"), date_key("date_end"), text_key("sn"),
+            id("company"),  text_key("operater"),   id("writer"),         text_key("remark"),
             page_num_key(), page_size_key()};
 }
 

@@ -26,6 +26,7 @@ void add_stock_detail(registry& to, const services& with);
 void add_stock_taking(registry& to, const services& with);
 /** wms_stock_allot and wms_stock_allot_detail. */
 void add_stock_allot(registry& to, const services& with);
+void add_stock_summary(registry& to, const services& with);
 void add_user_reg(registry& to, const services& with);
 void add_user(registry& to, const services& with);
 

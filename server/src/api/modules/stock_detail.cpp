@@ -32,9 +32,9 @@ void write_stock(json_writer& json, const domain::stock_item& one) {
 void get_page(context& request, domain::count_cache& counts) {
     const auto& form = request.form;
     domain::stock_search search;
-    if (form.has("date_start")) search.date_start = form.integer("date_start");
-    if (form.has("date_end")) search.date_end = form.integer("date_end");
-    if (form.has("warehouse")) search.warehouse = form.integer("warehouse");
+    search.date_start = given_number(form, "date_start");
+    search.date_end = given_number(form, "date_end");
+    search.warehouse = given_number(form, "warehouse");
     search.product_name = form.text("product_name");
     search.spec = form.text("spec");
     search.code = form.text("code");

@@ -19,7 +19,11 @@ struct broken_promise {
     std::int64_t id;
     std::string words; /**< how the sentence about the row goes on */
 };
-void each_broken_promise(connection& with, const std::function<void(const broken_promise&)>& each);
+using promise_reader = std::function<void(const broken_promise&)>;
+/** Of stock rows, claims and drafts. */
+void each_broken_stock(connection& with, const promise_reader& each);
+/** Of documents, lines and movements. */
+void each_broken_document(connection& with, const promise_reader& each);
 
 /** Every document with what says whether number and counterparty fit it, by company and id. */
 struct document_head {

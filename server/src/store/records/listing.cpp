@@ -58,11 +58,27 @@ void add_named_like(condition& to, const criterion& one, std::int64_t company) {
     to.bound.push_back(one.bound);
 }
 
+void add_named_within(condition& to, const listing& what, const criterion& one, std::int64_t company) {
+    const std::string column = one.column;
+    const std::string at = one.text;
+    to.name.append("_in_").append(one.among->name).append("_").append(column).append("_").append(at);
+    to.sql.append(" AND EXISTS (SELECT 1 FROM ")
+        .append(one.among->table)
+        .append(" n WHERE n.company = ? AND n.");
+    to.sql.append(one.among->live).append(" AND n.").append(column).append(" = ").append(what.table);
+    to.sql.append(".id AND n.").append(at).append(" >= ? AND n.").append(at).append(" <= ?)");
+    to.bound.insert(to.bound.end(), {company, one.bound, one.most});
+}
+
 condition condition_of(const listing& what, const list_filter& filter) {
     condition made{"", std::string("company = ? AND ") + what.live, {filter.company}};
     for (const auto& one : filter.criteria) {
         if (one.how == criterion::match::named_like) {
             add_named_like(made, one, filter.company);
+            continue;
+        }
+        if (one.how == criterion::match::named_within) {
+            add_named_within(made, what, one, filter.company);
             continue;
         }
         const auto words = words_of(one.how);
@@ -87,6 +103,11 @@ void named_like(list_filter& filter, const char* column, const char* table, cons
                 const std::string& pattern) {
     if (pattern.empty()) return;
     filter.criteria.push_back({column, criterion::match::named_like, pattern, table, text});
+}
+
+void named_within(list_filter& filter, const listing& among, const char* naming, const char* at,
+                  std::int64_t least, std::int64_t most) {
+    filter.criteria.push_back({naming, criterion::match::named_within, least, "", at, &among, most});
 }
 
 void equal(list_filter& filter, const char* column, std::int64_t bound) {
@@ -140,17 +161,22 @@ void each_listed_id(connection& with, const listing& what, const list_filter& fi
 void each_listed_of(connection& with, const listing& what, std::int64_t company,
                     const std::vector<std::int64_t>& ids, const std::function<void(const row&)>& each) {
     if (ids.empty()) return;
-    const auto asked = (ids.size() + g_asked_at_once - 1) / g_asked_at_once * g_asked_at_once;
     std::vector<value> bound{company};
-    bound.insert(bound.end(), ids.begin(), ids.end());
-    bound.resize(1 + asked, ids.back()); // asked for twice, a row comes once
-    std::string marks = "?";
-    for (std::size_t i = 1; i < asked; ++i)
-        marks += ", ?";
-    const statement rows{std::string(what.name) + "_of_" + std::to_string(asked),
+    const auto marks = bind_ids(bound, ids);
+    const statement rows{std::string(what.name) + "_of_" + std::to_string(bound.size() - 1),
                          std::string("SELECT ") + what.columns + " FROM " + what.table + " t " + what.joins +
                              " WHERE t.company = ? AND t.id IN (" + marks + ") ORDER BY t.id DESC"};
     with.query(rows, bound, each);
+}
+
+std::string bind_ids(std::vector<value>& bound, const std::vector<std::int64_t>& ids) {
+    const auto asked = (ids.size() + g_asked_at_once - 1) / g_asked_at_once * g_asked_at_once;
+    bound.insert(bound.end(), ids.begin(), ids.end());
+    bound.resize(bound.size() + asked - ids.size(), ids.back()); // asked for twice, a row comes once
+    std::string marks = "?";
+    for (std::size_t i = 1; i < asked; ++i)
+        marks += ", ?";
+    return marks;
 }
 
 std::int64_t list_counter(connection& with, std::int64_t company, const listing& what) {

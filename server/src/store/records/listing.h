@@ -20,7 +20,7 @@ struct listing {
 
 /** What a listed row must fulfil. */
 struct criterion {
-    enum class match { equal, like, at_least, at_most, named_like };
+    enum class match { equal, like, at_least, at_most, named_like, named_within };
     const char* column{""};
     match how{match::equal};
     value bound{nullptr}; /**< for `like` a pattern over a folded column */
@@ -28,6 +28,10 @@ struct criterion {
      * that the pattern is over. */
     const char* table{""};
     const char* text{""};
+    /** For `named_within`: the listing whose rows name the one that is listed, in `column`, with `text`
+     * between `bound` and `most`. */
+    const listing* among{nullptr};
+    value most{nullptr};
 };
 
 struct list_filter {
@@ -50,6 +54,11 @@ void equal(list_filter& filter, const char* column, std::int64_t bound);
 void at_least(list_filter& filter, const char* column, std::int64_t bound);
 void at_most(list_filter& filter, const char* column, std::int64_t bound);
 
+/** Adds that a row of `among`, of the same company, names the listed one in its column `naming`, with `at`
+ * between the bounds, both included. */
+void named_within(list_filter& filter, const listing& among, const char* naming, const char* at,
+                  std::int64_t least, std::int64_t most);
+
 /** Rows `offset` to `offset + limit` from that end, and in that direction. */
 void each_listed(connection& with, const listing& what, const list_filter& filter, list_end from,
                  std::int64_t limit, std::int64_t offset, const std::function<void(const row&)>& each);
@@ -59,6 +68,10 @@ void each_listed_id(connection& with, const listing& what, const list_filter& fi
 /** The rows of the company with these ids, newest first. */
 void each_listed_of(connection& with, const listing& what, std::int64_t company,
                     const std::vector<std::int64_t>& ids, const std::function<void(const row&)>& each);
+
+/** Appends the ids to what is bound and gives the marks for them. They are filled up with the last one, so
+ * that few statements do for all numbers; there is at least one. */
+std::string bind_ids(std::vector<value>& bound, const std::vector<std::int64_t>& ids);
 
 /** The kept number of live rows of a company's list. */
 std::int64_t list_counter(connection& with, std::int64_t company, const listing& what);

@@ -186,7 +186,7 @@ void each_folded_text(connection& with, const std::function<void(const folded_te
         const statement search{std::string("proof_folded_") + table + '_' + column,
                                std::string("SELECT company, id, ") + column + ", " + column +
                                    "_folded FROM " + table + " WHERE " + column + " <> '' OR " + column +
-                                   "_folded <> '' ORDER BY company, id"};
+                                   "_folded <> ''"};
         with.query(search, {}, [&, name = table](const row& one) {
             each({name, one.integer(0), one.integer(1), std::string(one.text(2)), std::string(one.text(3))});
         });

@@ -30,4 +30,19 @@ stock_item stock_item_of(const row& one) {
     return made;
 }
 
+void each_stock_sum(connection& with, std::int64_t company, const std::vector<std::int64_t>& products,
+                    std::int64_t from, std::int64_t to, const std::function<void(const stock_sum&)>& each) {
+    if (products.empty()) return;
+    std::vector<value> bound{company, from, to};
+    const auto marks = bind_ids(bound, products);
+    const statement sums{"stock_sum_of_" + std::to_string(bound.size() - 3),
+                         "SELECT product, price, CAST(sum(on_hand) AS BIGINT), CAST(sum(claimed) AS BIGINT) "
+                         "FROM stock WHERE company = ? AND listed = 1 AND added_at >= ? AND added_at <= ? "
+                         "AND product IN (" +
+                             marks + ") GROUP BY product, price"};
+    with.query(sums, bound, [&](const row& one) {
+        each({one.integer(0), one.integer(1), one.integer(2), one.integer(3)});
+    });
+}
+
 } // namespace tavrok::store

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "store/connection.h"
 #include "store/records/listing.h"
@@ -30,5 +32,16 @@ struct stock_item {
 /** The list of the rows that have something on hand; a row of it is read by stock_item_of. */
 extern const listing g_stock_list;
 stock_item stock_item_of(const row& one);
+
+/** Rows of a product at one price, added up. */
+struct stock_sum {
+    std::int64_t product{0};
+    std::int64_t price{0}; /**< in hundredths */
+    std::int64_t on_hand{0};
+    std::int64_t claimed{0}; /**< by quantity */
+};
+/** The sums of these products over the listed rows that came in between the moments, both included. */
+void each_stock_sum(connection& with, std::int64_t company, const std::vector<std::int64_t>& products,
+                    std::int64_t from, std::int64_t to, const std::function<void(const stock_sum&)>& each);
 
 } // namespace tavrok::store
