@@ -3,13 +3,36 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <memory>
 
-/** The real service on a database of its own, filled with the demo companies. Throws when it does not come
- * up. */
+/** A database in PostgreSQL, filled with the demo companies, that several services may share. */
+class shared_database {
+public:
+    /** Nothing where the environment names no PostgreSQL. Throws when the database cannot be made. */
+    static std::unique_ptr<shared_database> make();
+    ~shared_database();
+
+    /** The connection string. */
+    QString location() const { return uri; }
+    /** The key of the password hashes, which all its services share. */
+    QString pepper() const { return folder.filePath(QStringLiteral("pepper")); }
+
+private:
+    explicit shared_database(const QString& server_uri);
+
+    QTemporaryDir folder;
+    QString server;
+    QString name;
+    QString uri;
+};
+
+/** The real service on a database filled with the demo companies. Throws when it does not come up. */
 class service_process {
 public:
-    /** Starts with further options of `serve`. */
+    /** Serves a database of its own, with further options of `serve`. */
     explicit service_process(const QStringList& options = {});
+    /** Serves a database that others may serve too. */
+    service_process(const shared_database& database, const QStringList& options);
     ~service_process();
 
     /** Root address with a trailing slash. */
@@ -28,10 +51,11 @@ public:
     int check();
 
 private:
-    QString database() const { return folder.filePath(QStringLiteral("wms.db")); }
     void start(int port);
 
     QTemporaryDir folder;
+    /** SQLite file or connection string. */
+    QString database;
     QStringList options;
     QProcess process;
     QString root;

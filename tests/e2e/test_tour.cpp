@@ -32,9 +32,9 @@ TEST_F(tour_run, shows_every_screen) {
     serve();
     EXPECT_EQ(tour({service->base_url(), pictures.path()}), 0) << said.data();
     const QStringList files = QDir(pictures.path()).entryList({QStringLiteral("*.png")});
-    EXPECT_GE(files.size(), 150);
+    EXPECT_GE(files.size(), 185);
     const QStringList prints = QDir(pictures.path()).entryList({QStringLiteral("*.pdf")});
-    EXPECT_EQ(prints.size(), 7);
+    EXPECT_EQ(prints.size(), 12);
 }
 
 TEST_F(tour_run, fails_with_the_name_of_the_step) {

@@ -59,6 +59,12 @@ private:
     void abandoned_sale();
     void receive_steps();
     void other_outbound_steps();
+    void summary_steps();
+    void taking_steps();
+    void taking_lines(QWidget* editor);
+    void transfer_steps();
+    void transfer_header(QWidget* editor);
+    void transfer_line(QWidget* editor);
     void documents_deleted();
     void user_steps();
     void new_user();
@@ -94,7 +100,11 @@ private:
     void save_document(QWidget* editor);
     /** Opens the document on top of the list, which has so many lines, with the picture of it. */
     void view_document(const document_kind& kind, int lines, const std::function<void(QWidget*)>& look);
+    /** The same under a title that no kind gives. */
+    void view_top_document(const QString& title, int lines, const std::function<void(QWidget*)>& look);
     void delete_document(const document_kind& kind, const char* step_name);
+    /** The same for the documents of a page that have no kinds. */
+    void delete_top_document(const char* page, const QString& tab, const char* step_name);
     /** Writes the lines of an inbound document from that one on to before the other one. */
     void put_lines(QWidget* editor, int first, int end);
     void pick_product(QWidget* line, int number, bool seen);
@@ -102,6 +112,8 @@ private:
     /** Writes a line of an outbound document: so many of that stock row; without an amount all of it. */
     void put_stock_line(QWidget* editor, int row, const QString& amount);
     void take_stock(QWidget* line, int row, bool seen);
+    /** Takes a stock row of the tour in a picker of that title, which shows so many of them. */
+    void take_own_stock(QWidget* line, const QString& title, int rows, int row, bool seen);
     /** Finds the stock that the documents of this tour have made, in the list or in the picker. */
     void search_own_stock(QWidget* where);
     /** What all documents of this tour and their lines have as their remark. */

@@ -48,6 +48,9 @@ void tour::document_steps() {
     sale_steps();
     receive_steps();
     other_outbound_steps();
+    summary_steps();
+    taking_steps();
+    transfer_steps();
     documents_deleted();
 }
 
@@ -91,8 +94,12 @@ QString tour::top_remark() const {
 }
 
 void tour::view_document(const document_kind& kind, int lines, const std::function<void(QWidget*)>& look) {
+    view_top_document(QStringLiteral("查看") + kind.name, lines, look);
+}
+
+void tour::view_top_document(const QString& title, int lines, const std::function<void(QWidget*)>& look) {
     click_row(table(), 0);
-    open_dialog("btn_view", QStringLiteral("查看") + kind.name, [&](QWidget* editor) {
+    open_dialog("btn_view", title, [&](QWidget* editor) {
         walk.expect(child<QTableWidget>(editor, "tablewidget")->rowCount() == lines,
                     QStringLiteral("all lines"));
         walk.expect(child<QLineEdit>(editor, "txt_sn")->text() == table()->item(0, 1)->text(),
@@ -308,8 +315,12 @@ void tour::see_preview(QWidget* owner, const QString& file) {
 }
 
 void tour::delete_document(const document_kind& kind, const char* step_name) {
+    delete_top_document(kind.page.toLatin1().constData(), kind.name, step_name);
+}
+
+void tour::delete_top_document(const char* page, const QString& tab, const char* step_name) {
     walk.step(step_name, [&] {
-        open_page(kind.page.toLatin1().constData(), kind.name);
+        open_page(page, tab);
         click(front(), "btn_search");
         walk.expect(top_remark() == remark_of_documents(), QStringLiteral("the document is on top"));
         click_row(table(), 0);
@@ -324,6 +335,8 @@ void tour::delete_document(const document_kind& kind, const char* step_name) {
 }
 
 void tour::documents_deleted() {
+    delete_top_document("stock_allot", QStringLiteral("库存调拨"), "transfer_deleted");
+    delete_top_document("stock_taking", QStringLiteral("库存盘点"), "taking_deleted");
     delete_document(outbound_kind(2), "sale_deleted");
     delete_document(outbound_kind(3), "receive_deleted");
     delete_document(outbound_kind(6), "other_outbound_deleted");

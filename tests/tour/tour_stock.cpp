@@ -48,14 +48,18 @@ void tour::stock_steps() {
     walk.step("stock_print", [&] { see_preview(front(), QStringLiteral("stock.pdf")); });
 }
 
-void tour::take_stock(QWidget* line, int row, bool seen) {
-    open_picker(line, "txt_product_name", QStringLiteral("查询选择库存"), [&](QWidget* picker) {
+void tour::take_own_stock(QWidget* line, const QString& title, int rows, int row, bool seen) {
+    open_picker(line, "txt_product_name", title, [&](QWidget* picker) {
         if (seen) walk.picture();
         search_own_stock(picker);
-        walk.expect(child<QTableWidget>(picker, "tablewidget")->rowCount() == 6,
-                    QStringLiteral("the six rows of the tour"));
+        walk.expect(child<QTableWidget>(picker, "tablewidget")->rowCount() == rows,
+                    QStringLiteral("the rows of the tour"));
         take_row(picker, row, seen);
     });
+}
+
+void tour::take_stock(QWidget* line, int row, bool seen) {
+    take_own_stock(line, QStringLiteral("查询选择库存"), 6, row, seen);
     walk.expect(!child<QLineEdit>(line, "txt_code")->text().isEmpty(), QStringLiteral("the goods"));
 }
 
