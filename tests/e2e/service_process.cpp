@@ -93,6 +93,8 @@ void service_process::start(int wanted_port) {
     const QString port_path = folder.filePath(QStringLiteral("port"));
     // One that was killed leaves its file.
     QFile::remove(port_path);
+    // Where it keeps its certificate.
+    process.setWorkingDirectory(folder.path());
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(folder.filePath(QStringLiteral("log")));
