@@ -21,7 +21,10 @@ struct dispatcher::call {
     parsed_form form;
     std::string body_hash; /**< writes only, as the next */
     std::string key;       /**< of the repeat gate */
-    int tries{0};
+    int looks{0};          /**< after a failure that did not say what took place */
+    bool ran{false};       /**< the job was begun at least once */
+    bool unknown{false};   /**< it may have taken place, or take place elsewhere */
+    bool returned{false};  /**< the job noted that its user came back, and nothing else */
     /** The kept answer that stood there at the first look, 0 for none. One that comes later is to these bytes
      * as well, from another service. */
     std::optional<std::int64_t> former;
@@ -43,6 +46,16 @@ struct dispatcher::call {
 };
 
 namespace {
+
+constexpr int most_looks = 5;
+/** So much later than the one before is each further look. */
+constexpr std::chrono::milliseconds look_pause{500};
+/** No look begins later than that: the peer is not kept waiting much longer. */
+constexpr std::chrono::seconds look_patience{8};
+
+void demand_wanted(bool wanted) {
+    if (!wanted) throw domain::refused("given up: it took too long");
+}
 
 /** Session, path and body in one key, without keeping a body in memory. */
 std::string repeat_key(const http::request& of, const std::string& body_hash) {
@@ -175,8 +188,11 @@ void dispatcher::run_read(const shared_call& one) {
 void dispatcher::enter_write(const shared_call& one) {
     one->body_hash = domain::body_hash(m_with.options.pepper, one->origin.body);
     one->key = repeat_key(one->origin, one->body_hash);
+    // While it waits for another with its bytes, what that one does is what becomes of it.
+    one->origin.outcome->bind();
     m_gate->enter(one->key,
                   {[this, one] {
+                       one->origin.outcome->release();
                        const auto* hashed = std::get_if<hashed_work>(&one->what->work);
                        hashed != nullptr ? run_hashed(one, *hashed) : run_write(one);
                    },
@@ -220,25 +236,53 @@ void dispatcher::hash(const shared_call& one) {
 }
 
 void dispatcher::run_write(const shared_call& one) {
-    ++one->tries;
     m_with.database.write([this, one](store::connection& db) { work_once(*one, db); },
-                          [this, one](std::exception_ptr failure) {
-                              if (one->tries == 1 && worth_a_second_look(failure)) return run_write(one);
-                              settle(*one, failure);
-                              end(one);
-                          });
+                          [this, one](std::exception_ptr failure) { written(one, failure); });
+}
+
+void dispatcher::written(const shared_call& one, const std::exception_ptr& failure) {
+    if (!failure && one->returned) return run_write(one);
+    if (look_again(*one, failure)) {
+        if (one->looks == 1) return run_write(one);
+        return m_with.later((one->looks - 1) * look_pause, [this, one] { run_write(one); });
+    }
+    settle(*one, failure);
+    end(one);
+}
+
+/** Whether the records may tell what the failure does not: the job runs once more and finds out. */
+bool dispatcher::look_again(call& one, const std::exception_ptr& failure) {
+    using kind = store::error_kind;
+    const auto what = store_failure(failure);
+    if (!what) {
+        one.unknown = false;
+        return false;
+    }
+    auto& outcome = *one.origin.outcome;
+    const bool lost_in_commit = what == kind::lost && outcome.bound();
+    // Another service may be at it: then it holds the locks that this one waited for.
+    const bool held_up = what == kind::busy && one.ran && one.what->once && outcome.bind();
+    one.unknown = one.unknown || lost_in_commit || held_up;
+    const bool telling =
+        worth_a_second_look(failure) || (one.unknown && (what == kind::busy || what == kind::conflict));
+    const auto spent = std::chrono::steady_clock::now() - one.begun;
+    return telling && ++one.looks <= (one.unknown ? most_looks : 1) && spent < look_patience;
 }
 
 /** The answer of an earlier run whose answer may not have arrived, or the work and its answer's record. */
 void dispatcher::work_once(call& one, store::connection& db) {
+    one.ran = true;
+    one.returned = false;
+    demand_wanted(!one.origin.outcome->given_up());
     if (!admit(one, db)) return;
-    domain::come_back(db, *one.who, one.now, m_with.options.sessions);
+    one.returned = domain::come_back(db, *one.who, one.now, m_with.options.sessions);
+    if (one.returned) return;
     if (const auto unwritten = m_house->unwritten_arrival(one.key))
         domain::delivered(db, *one.who, *unwritten);
     const auto path = scoped_path(one, db);
     const auto known = domain::recall(db, *one.who, path, one.body_hash, one.now);
     if (!one.former) one.former = known.id;
-    if (known.id != 0 && (!known.delivered || known.id != *one.former)) {
+    if (known.id != 0 && (one.what->once || !known.delivered || known.id != *one.former)) {
         one.body = known.answer;
         one.how = outcome::replayed;
     } else {
@@ -246,6 +290,8 @@ void dispatcher::work_once(call& one, store::connection& db) {
     }
     // A repeated answer is kept anew, so that its own arrival can be noted.
     one.record = domain::remember(db, *one.who, path, one.body_hash, one.body, one.now, known.id);
+    // The last word before the commit.
+    demand_wanted(one.origin.outcome->bind());
 }
 
 context dispatcher::context_of(call& one, store::connection& db) {
@@ -303,6 +349,7 @@ http::response dispatcher::close(call& one) {
         one.reason = "the answer would read as the session code";
         out.body = failure_of(what);
     }
+    out.unknown = one.unknown && one.how == outcome::failed;
     out.content_type = content_type_of(what.answer);
     m_figures.count(what, one.how, std::chrono::steady_clock::now() - one.begun);
     const auto level = one.how == outcome::failed     ? spdlog::level::err

@@ -43,6 +43,8 @@ private:
     void run_hashed(const shared_call& one, const hashed_work& work);
     void hash(const shared_call& one);
     void run_write(const shared_call& one);
+    void written(const shared_call& one, const std::exception_ptr& failure);
+    static bool look_again(call& one, const std::exception_ptr& failure);
     bool admit(call& one, store::connection& db);
     void work_once(call& one, store::connection& db);
     static context context_of(call& one, store::connection& db);

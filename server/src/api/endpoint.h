@@ -120,6 +120,9 @@ struct endpoint {
     /** What the bytes of a changing request leave open, where that makes it another wish: only of the same
      * scope is it a repeat. */
     std::function<std::string(context&)> scope{};
+    /** What the bytes name is given once and ended by the request, so the same bytes are never a new wish:
+     * they get the same answer even where it is known to have arrived. */
+    bool once{false};
     /** Replaces the failure form of `answer` where an endpoint has its own. */
     std::string_view failure{};
     std::string path() const { return std::string(module) + "/" + std::string(action); }

@@ -2,6 +2,7 @@
 
 #include <spdlog/spdlog.h>
 
+#include "domain/claims.h"
 #include "domain/repeat.h"
 #include "domain/sessions.h"
 
@@ -11,7 +12,17 @@ namespace {
 
 constexpr std::chrono::milliseconds gather{100};
 constexpr std::chrono::milliseconds pause_after_failure{1000};
-constexpr unsigned most_failures = 10; /**< after so many in a row the batch is dropped */
+constexpr unsigned most_failures = 10; /**< what has failed so often is dropped */
+
+std::string reason_of(const std::exception_ptr& failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::exception& error) {
+        return error.what();
+    } catch (...) {
+        return "unknown";
+    }
+}
 
 /** Who did it, as far as the database asks: no rights, which would be many. */
 domain::principal slim(const domain::principal& who) {
@@ -48,7 +59,7 @@ void housekeeping::note_use(const domain::principal& who) {
     {
         const std::lock_guard lock(m_mutex);
         if (m_closed || (m_writing && m_writing->used.contains(who.session))) return;
-        if (!m_next.used.try_emplace(who.session, slim(who)).second) return;
+        if (!m_next.used.try_emplace(who.session, use{slim(who)}).second) return;
     }
     schedule(gather);
 }
@@ -71,45 +82,78 @@ void housekeeping::later(std::chrono::milliseconds delay, void (housekeeping::*t
     m_idle.notify_all();
 }
 
+/** Arrivals, those who were there all the time, and each who was gone: his claims lapse, which locks rows of
+ * stock and may fail. */
+std::vector<housekeeping::shared_batch> housekeeping::parts_of(const batch& whole, std::int64_t now,
+                                                               const domain::session_limits& limits) {
+    const auto arrivals = std::make_shared<batch>();
+    const auto present = std::make_shared<batch>();
+    arrivals->arrivals = whole.arrivals;
+    std::vector<shared_batch> parts;
+    for (const auto& one : whole.used) {
+        auto into = present;
+        if (domain::was_gone(one.second.who, now, limits))
+            into = parts.emplace_back(std::make_shared<batch>());
+        into->used.insert(one);
+    }
+    for (const auto& part : {arrivals, present})
+        if (!part->empty()) parts.push_back(part);
+    return parts;
+}
+
 void housekeeping::flush() {
-    auto what = std::make_shared<batch>();
+    const auto now = m_with.clock();
+    const auto& limits = m_with.options.sessions;
+    std::vector<shared_batch> parts;
     {
         const std::lock_guard lock(m_mutex);
         m_scheduled = false;
         if (m_writing || m_next.empty()) return;
-        std::swap(*what, m_next);
-        m_writing = what;
+        m_writing = std::make_shared<batch>(std::exchange(m_next, {}));
+        parts = parts_of(*m_writing, now, limits);
+        m_open_parts = parts.size();
     }
-    const auto now = m_with.clock();
-    m_with.database.write(
-        [what, now, limits = m_with.options.sessions](store::connection& db) {
-            for (const auto& [key, one] : what->arrivals)
-                domain::delivered(db, one.who, one.record);
-            for (const auto& [session, who] : what->used)
-                domain::touch(db, who, now, limits);
-        },
-        [self = shared_from_this(), what](std::exception_ptr failure) {
-            self->written(what, failure == nullptr);
-        });
+    for (const auto& part : parts) {
+        m_with.database.write(
+            [part, now, limits](store::connection& db) {
+                for (const auto& [key, one] : part->arrivals)
+                    domain::delivered(db, one.who, one.record);
+                for (const auto& [session, one] : part->used)
+                    domain::touch(db, one.who, now, limits);
+            },
+            [self = shared_from_this(), part](const std::exception_ptr& failure) {
+                self->written(part, failure);
+            });
+    }
 }
 
-void housekeeping::written(const std::shared_ptr<batch>& what, bool ok) {
+/** To be tried again; under the lock. */
+void housekeeping::put_back(const batch& part) {
+    const auto keep = [](auto& into, const auto& from) {
+        for (auto [key, one] : from)
+            if (++one.failures < most_failures) into.try_emplace(key, std::move(one));
+    };
+    keep(m_next.arrivals, part.arrivals);
+    keep(m_next.used, part.used);
+}
+
+void housekeeping::written(const shared_batch& part, const std::exception_ptr& failure) {
+    bool failed = false;
     {
         const std::lock_guard lock(m_mutex);
-        m_writing.reset();
-        m_failures = ok ? 0 : m_failures + 1;
-        if (!ok) {
-            spdlog::warn("small writes failed: {} answers, {} sessions", what->arrivals.size(),
-                         what->used.size());
-            if (m_failures % most_failures != 0) {
-                m_next.arrivals.merge(what->arrivals);
-                m_next.used.merge(what->used);
-            }
+        if (failure) {
+            spdlog::warn("small writes failed: {} answers, {} sessions: {}", part->arrivals.size(),
+                         part->used.size(), reason_of(failure));
+            m_part_failed = true;
+            put_back(*part);
         }
+        if (--m_open_parts > 0) return;
+        failed = std::exchange(m_part_failed, false);
+        m_writing.reset();
         m_idle.notify_all();
         if (m_next.empty()) return;
     }
-    schedule(ok ? gather : pause_after_failure);
+    schedule(failed ? pause_after_failure : gather);
 }
 
 void housekeeping::start_sweeping() {
@@ -117,7 +161,7 @@ void housekeeping::start_sweeping() {
         const std::lock_guard lock(m_mutex);
         m_sweeps = m_with.options.sweep_every.count() > 0;
     }
-    schedule_sweep();
+    schedule_sweep(std::chrono::milliseconds(0));
 }
 
 void housekeeping::stop_sweeping() {
@@ -125,13 +169,18 @@ void housekeeping::stop_sweeping() {
     m_sweeps = false;
 }
 
-void housekeeping::schedule_sweep() {
+bool housekeeping::sweeps() const {
+    const std::lock_guard lock(m_mutex);
+    return m_sweeps;
+}
+
+void housekeeping::schedule_sweep(std::chrono::milliseconds delay) {
     {
         const std::lock_guard lock(m_mutex);
         if (!m_sweeps) return;
         ++m_busy;
     }
-    later(m_with.options.sweep_every, &housekeeping::sweep);
+    later(delay, &housekeeping::sweep);
 }
 
 void housekeeping::sweep() {
@@ -140,14 +189,56 @@ void housekeeping::sweep() {
         if (!m_sweeps) return;
         ++m_busy;
     }
-    m_with.database.write([now = m_with.clock(), limits = m_with.options.sessions](
-                              store::connection& db) { domain::sweep(db, now, limits); },
-                          [self = shared_from_this()](std::exception_ptr failure) { self->swept(failure); });
+    sweep_from(0);
 }
 
-void housekeeping::swept(std::exception_ptr failure) {
-    if (failure) spdlog::warn("the sweep failed; it is tried again at its next time");
-    schedule_sweep();
+void housekeeping::sweep_from(std::size_t at) {
+    const auto parts = domain::sweep_parts();
+    if (at == parts.size()) return sweep_claims({});
+    const auto& part = parts[at];
+    m_with.database.write(
+        [&part, now = m_with.clock(), limits = m_with.options.sessions](store::connection& db) {
+            part.run(db, now, limits);
+        },
+        [self = shared_from_this(), at, &part](const std::exception_ptr& failure) {
+            if (failure)
+                spdlog::warn("the sweep of {} failed, it is tried again at its next time: {}", part.what,
+                             reason_of(failure));
+            self->sweep_from(at + 1);
+        });
+}
+
+/** Goes on until no row is left, so that none waits for the next sweep. */
+void housekeeping::sweep_claims(const store::stock_key& after) {
+    const auto rows = std::make_shared<std::vector<store::stock_key>>();
+    m_with.database.read(
+        [rows, after, now = m_with.clock(), limits = m_with.options.sessions](store::connection& db) {
+            *rows = domain::rows_to_lapse(db, now, limits, after);
+        },
+        [self = shared_from_this(), rows](const std::exception_ptr& failure) {
+            if (failure) spdlog::warn("the sweep of claims failed: {}", reason_of(failure));
+            failure || rows->empty() ? self->swept() : self->lapse_from(rows, 0);
+        });
+}
+
+void housekeeping::lapse_from(const dead_rows& rows, std::size_t at) {
+    if (!sweeps()) return swept();
+    if (at == rows->size()) return sweep_claims(rows->back());
+    const auto row = (*rows)[at];
+    m_with.database.write(
+        [row, now = m_with.clock(), limits = m_with.options.sessions](store::connection& db) {
+            domain::lapse_dead_claims(db, row.company, row.stock, now, limits);
+        },
+        [self = shared_from_this(), rows, at, row](const std::exception_ptr& failure) {
+            if (failure)
+                spdlog::warn("the sweep of the claims on stock row {} failed: {}", row.stock,
+                             reason_of(failure));
+            self->lapse_from(rows, at + 1);
+        });
+}
+
+void housekeeping::swept() {
+    schedule_sweep(m_with.options.sweep_every);
     const std::lock_guard lock(m_mutex);
     --m_busy;
     m_idle.notify_all();

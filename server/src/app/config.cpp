@@ -53,6 +53,9 @@ void add_service(CLI::App& to, config& into) {
         ->check(CLI::PositiveNumber);
     to.add_option("--session-total", into.session_total, "seconds that end a session in any case")
         ->check(CLI::PositiveNumber);
+    to.add_option("--claim-lapse", into.claim_lapse,
+                  "seconds without a request that end a user's claims on stock")
+        ->check(CLI::PositiveNumber);
     to.add_flag("--metrics-public", into.metrics_public, "/metrics answers not only this machine");
 }
 

@@ -33,6 +33,7 @@ struct config {
     std::string download_path;
     std::int64_t session_idle{8 * 3600};
     std::int64_t session_total{24 * 3600};
+    std::int64_t claim_lapse{2 * 3600};
     bool metrics_public{false};
     std::string time_zone;
     std::string log_level{"info"};

@@ -73,6 +73,7 @@ api::settings service_settings(const config& chosen) {
     how.pepper = load_pepper(chosen.pepper_file);
     how.sessions.idle = chosen.session_idle;
     how.sessions.total = chosen.session_total;
+    how.sessions.claim = chosen.claim_lapse;
     how.hashing_threads = chosen.hashing_threads;
     how.metrics_for_all = chosen.metrics_public;
     return how;

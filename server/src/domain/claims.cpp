@@ -92,9 +92,15 @@ bool lapse_dead_claims(store::connection& with, std::int64_t company, std::int64
     return true;
 }
 
+std::vector<store::stock_key> rows_to_lapse(store::connection& with, std::int64_t now,
+                                            const session_limits& limits, const store::stock_key& after,
+                                            std::int64_t most) {
+    return store::rows_with_dead_claims(with, gone_at(now, limits), after, most);
+}
+
 std::int64_t sweep_claims(store::connection& with, std::int64_t now, const session_limits& limits,
                           std::int64_t most) {
-    const auto rows = store::rows_with_dead_claims(with, gone_at(now, limits), most);
+    const auto rows = rows_to_lapse(with, now, limits, {}, most);
     for (const auto& row : rows)
         lapse_dead_claims(with, row.company, row.stock, now, limits);
     return static_cast<std::int64_t>(rows.size());

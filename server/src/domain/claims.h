@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "domain/principal.h"
 #include "domain/sessions.h"
@@ -35,6 +36,10 @@ void give_back_claim(store::connection& with, const principal& who, const std::s
 /** Ends the claims on a row whose users are gone. Locks the row. False for an unknown row. */
 bool lapse_dead_claims(store::connection& with, std::int64_t company, std::int64_t stock, std::int64_t now,
                        const session_limits& limits = {});
+/** The next rows, at most `most`, that have claims whose users are gone. */
+std::vector<store::stock_key> rows_to_lapse(store::connection& with, std::int64_t now,
+                                            const session_limits& limits, const store::stock_key& after = {},
+                                            std::int64_t most = 500);
 /** Ends all claims whose users are gone, at most `most` rows at once; gives how many rows it looked at. */
 std::int64_t sweep_claims(store::connection& with, std::int64_t now, const session_limits& limits = {},
                           std::int64_t most = 500);

@@ -30,7 +30,8 @@ kept_answer recall(store::connection& with, const principal& who, const std::str
 std::int64_t remember(store::connection& with, const principal& who, const std::string& path,
                       const std::string& body_hash, const std::string& answer, std::int64_t now,
                       std::int64_t former);
-/** What was answered at that path is undone: whatever comes there from now on is a new wish. */
+/** What was answered at that path is undone or known to have arrived: whatever comes there from now on is a
+ * new wish. */
 void forget(store::connection& with, const principal& who, const std::string& path);
 /** The answer reached the peer: the same bytes again are a new wish. */
 void delivered(store::connection& with, const principal& who, std::int64_t repeat);

@@ -83,14 +83,20 @@ bool needs_touch(const principal& who, std::int64_t now) {
     return now - who.last_used > g_touch_after;
 }
 
+bool was_gone(const principal& who, std::int64_t now, const session_limits& limits) {
+    return now - who.last_used > limits.claim;
+}
+
 void touch(store::connection& with, const principal& who, std::int64_t now, const session_limits& limits) {
-    if (now - who.last_used > limits.claim) lapse_claims_before_use(with, who, now, limits);
+    if (was_gone(who, now, limits)) lapse_claims_before_use(with, who, now, limits);
     store::touch_session(with, who.company, who.session, now);
 }
 
-void come_back(store::connection& with, const principal& who, std::int64_t now,
+bool come_back(store::connection& with, const principal& who, std::int64_t now,
                const session_limits& limits) {
-    if (now - who.last_used > limits.claim) touch(with, who, now, limits);
+    const bool gone = was_gone(who, now, limits);
+    if (gone) touch(with, who, now, limits);
+    return gone;
 }
 
 std::string open_session(store::connection& with, std::int64_t company, std::int64_t user,
@@ -110,13 +116,26 @@ void void_access(store::connection& with, std::int64_t company, std::int64_t use
     store::delete_sessions(with, company, user, kept);
 }
 
+std::span<const sweep_part> sweep_parts() {
+    static const std::array<sweep_part, 5> parts{{
+        {"secrets", [](auto& with, auto now, const auto&) { store::delete_old_relogins(with, now); }},
+        {"sessions",
+         [](auto& with, auto now, const auto& limits) {
+             store::delete_old_sessions(with, now - limits.total, now - limits.idle);
+         }},
+        {"login failures",
+         [](auto& with, auto now, const auto&) { store::delete_old_failures(with, now - g_keep_failures); }},
+        {"pictures",
+         [](auto& with, auto now, const auto&) { store::delete_old_captchas(with, now - g_keep_captchas); }},
+        {"drafts",
+         [](auto& with, auto now, const auto&) { store::delete_old_drafts(with, now - g_keep_drafts); }},
+    }};
+    return parts;
+}
+
 void sweep(store::connection& with, std::int64_t now, const session_limits& limits) {
-    store::delete_old_relogins(with, now); // in the order of void_access()
-    store::delete_old_sessions(with, now - limits.total, now - limits.idle);
-    store::delete_old_failures(with, now - g_keep_failures);
-    store::delete_old_captchas(with, now - g_keep_captchas);
-    // A draft before stock rows, as closing it takes them.
-    store::delete_old_drafts(with, now - g_keep_drafts);
+    for (const auto& part : sweep_parts())
+        part.run(with, now, limits);
     sweep_claims(with, now, limits);
 }
 

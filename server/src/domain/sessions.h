@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "domain/principal.h"
 #include "store/connection.h"
@@ -31,13 +33,16 @@ std::optional<principal> resume(store::connection& with, const std::string& toke
                                 const session_limits& limits = {});
 /** True when the stored last use is older than 60 s, so that touch() is worth a write. */
 bool needs_touch(const principal& who, std::int64_t now);
+/** True for one whose claims have lapsed because he asked nothing for so long. */
+bool was_gone(const principal& who, std::int64_t now, const session_limits& limits);
 /** Notes a request of the session; never moves the time back. */
 void touch(store::connection& with, const principal& who, std::int64_t now,
            const session_limits& limits = {});
 
-/** Before a request that writes: where its user was gone, his claims have lapsed, and his return is noted in
- * the transaction of the request, so that what he claims in it lives. */
-void come_back(store::connection& with, const principal& who, std::int64_t now,
+/** Before a request that writes: where its user was gone, his claims have lapsed, and his return is noted, so
+ * that what he claims from now on lives. True where it did that: the request then needs a transaction of its
+ * own, because this one holds stock rows that the request may not be the first to need. */
+bool come_back(store::connection& with, const principal& who, std::int64_t now,
                const session_limits& limits = {});
 
 /** Makes a session for a login from `peer` and gives its token; the database keeps the hash. Claims of a user
@@ -47,8 +52,17 @@ std::string open_session(store::connection& with, std::int64_t company, std::int
 /** Ends every session of a user, but for the one with the id `kept`, and voids his re-login secrets. What is
  * being made of a secret at this moment is ended as well. */
 void void_access(store::connection& with, std::int64_t company, std::int64_t user, std::int64_t kept = 0);
-/** Deletes what is long over: ended sessions, lapsed secrets, login failures beyond their window, pictures of
- * visitors. */
+/** One of the things that are long over and deleted: lapsed secrets, ended sessions, login failures beyond
+ * their window, pictures of visitors, drafts that nobody closed. Each stands alone, so that a part that fails
+ * keeps no other from its work. */
+struct sweep_part {
+    std::string_view what;
+    void (*run)(store::connection& with, std::int64_t now, const session_limits& limits);
+};
+/** In an order that may also run in one transaction: locks are taken as void_access() and a closing call do.
+ */
+std::span<const sweep_part> sweep_parts();
+/** All parts and sweep_claims() in the transaction at hand. */
 void sweep(store::connection& with, std::int64_t now, const session_limits& limits = {});
 
 } // namespace tavrok::domain

@@ -57,7 +57,7 @@ void session::on_deadline() {
     ++m_wait; // whatever is waited for on the socket is not wanted any more
     switch (m_stage) {
         case stage::handling:
-            reject(rejection::timed_out);
+            fail(rejection::timed_out);
             return;
         case stage::idle:
             close_quietly();
@@ -242,7 +242,7 @@ void session::handle_request() {
         m_core->behind->handle(std::move(whole), responder());
     } catch (const std::exception& failure) {
         m_core->log->error("{} {} failed: {}", m_current.id, loggable(m_current.path), failure.what());
-        reject(rejection::failed);
+        fail(rejection::failed);
     }
 }
 

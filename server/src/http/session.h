@@ -46,6 +46,8 @@ private:
     void handle_request();
     respond responder();
     void reject(rejection why);
+    void fail(rejection why);
+    void close_unanswered();
     void refuse(unsigned status);
     void deliver(std::uint64_t number, response given);
     void abandoned(std::uint64_t number);

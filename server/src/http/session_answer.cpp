@@ -47,6 +47,19 @@ void session::reject(rejection why) {
     }
 }
 
+/** Answers for the handler, unless what it was asked for may take place after all: then nothing is said. */
+void session::fail(rejection why) {
+    m_current.outcome->give_up() ? reject(why) : close_unanswered();
+}
+
+/** The peer knows as little as we do what became of its request, and may ask again. */
+void session::close_unanswered() {
+    m_core->log->warn("{} {} is not answered: its outcome is not known", m_current.id,
+                      loggable(m_current.path));
+    ++m_core->figures.unsent;
+    close_quietly();
+}
+
 /** Answers what is no request of the protocol, and closes. */
 void session::refuse(unsigned status) {
     if (status == 400) ++m_core->figures.malformed;
@@ -80,13 +93,18 @@ void session::abandoned(std::uint64_t number) {
     const std::shared_lock lock(m_core->ending);
     if (m_core->ended) return;
     boost::asio::post(m_socket.get_executor(), [self = shared_from_this(), number] {
-        if (self->m_stage == stage::handling && number == self->m_exchange) self->reject(rejection::failed);
+        if (self->m_stage == stage::handling && number == self->m_exchange) self->fail(rejection::failed);
     });
 }
 
 void session::answer(std::uint64_t number, response given) {
     if (m_stage != stage::handling || number != m_exchange) {
         tell(given.on_sent, false);
+        return;
+    }
+    if (given.unknown) {
+        tell(given.on_sent, false);
+        close_unanswered();
         return;
     }
     m_stage = stage::writing;

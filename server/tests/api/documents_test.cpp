@@ -77,8 +77,11 @@ TEST_P(document_requests, goods_go_out_over_a_claim) {
     EXPECT_EQ(lines.at(0).at("stock_id").as_string(), row.c_str());
     EXPECT_EQ(ask("wms_outstore/do_delete", "id=" + id), "1");
     EXPECT_EQ(amount_shown(), "8");
-    EXPECT_EQ(ask("wms_outstore/do_delete", "id=" + id), "0");
+    EXPECT_EQ(ask("wms_outstore/do_delete", "id=" + id), "1") << "the network may bring it twice";
+    EXPECT_EQ(amount_shown(), "8");
     EXPECT_EQ(documents("wms_outstore", 2), 0);
+    world->now += 121;
+    EXPECT_EQ(ask("wms_outstore/do_delete", "id=" + id), "0");
 }
 
 TEST_P(document_requests, a_claim_given_back_is_free_and_giving_it_back_again_is_a_success) {
@@ -129,7 +132,12 @@ TEST_P(document_requests, a_repeated_closing_call_is_one_document) {
     EXPECT_EQ(world->ask(close).body, "1") << "the answer that did not arrive";
     EXPECT_EQ(documents("wms_instore", 1), 1);
     EXPECT_EQ(amount_shown(), "8");
-    EXPECT_EQ(world->ask(close).body, "0") << "a new wish, for a draft that is gone";
+    EXPECT_EQ(world->ask(close).body, "1") << "an answer that left may be lost on its way";
+    EXPECT_EQ(world->ask(close).body, "1");
+    EXPECT_EQ(documents("wms_instore", 1), 1);
+    EXPECT_EQ(amount_shown(), "8");
+    world->now += 121;
+    EXPECT_EQ(world->ask(close).body, "0") << "a draft that is gone";
 }
 
 /** As after a crash, which loses what was known of arrivals. */
@@ -142,9 +150,10 @@ TEST_P(document_requests, a_save_after_one_that_failed_is_a_new_one_though_its_b
     const auto written = with->line("8", "2.50", "20.00") + "&place=A-1";
     const auto header = send("wms_instore/do_add", with->inbound_header(1));
     const auto draft = std::string(boost::json::parse(header).at("insert_id").as_string());
-    EXPECT_EQ(send("wms_instore_detail/do_add", "main_id=" + draft + "&" + written), "1");
-    EXPECT_EQ(send("wms_stock_detail/do_add", written), "1");
     EXPECT_EQ(send("wms_instore/do_add", with->inbound_header(1)), header) << "a repeat, so far";
+    EXPECT_EQ(send("wms_instore_detail/do_add", "main_id=" + draft + "&" + written), "1");
+    EXPECT_NE(send("wms_instore/do_add", with->inbound_header(1)), header) << "its line had its answer";
+    EXPECT_EQ(send("wms_stock_detail/do_add", written), "1");
     EXPECT_EQ(ask("wms_instore/update_total", "id=" + draft + "&total=40.00"), "0");
 
     const auto again = with->inbound_draft("8", "2.50", "20.00");
@@ -152,6 +161,37 @@ TEST_P(document_requests, a_save_after_one_that_failed_is_a_new_one_though_its_b
     EXPECT_EQ(ask("wms_instore/update_total", "id=" + again + "&total=20.00"), "1");
     EXPECT_EQ(documents("wms_instore", 1), 1);
     EXPECT_EQ(amount_shown(), "8");
+}
+
+/** The timer stands still: the second service learns nothing from the first but by the requests themselves.
+ */
+TEST_P(document_requests, two_lines_that_are_alike_are_two_through_two_services_as_well) {
+    api::settings options;
+    options.pepper = harness::pepper;
+    options.sweep_every = std::chrono::minutes(0);
+    hand_timer timer;
+    const auto second = api::service::make(
+        *world->database, options, [this] { return world->now.load(); },
+        [&timer](std::chrono::milliseconds delay, std::function<void()> task) {
+            timer.after(delay, std::move(task));
+        });
+    const auto through_second = [&](const std::string& path, const std::string& body) {
+        std::promise<std::string> got;
+        http::request request{"POST", path, body, cookie, "192.0.2.9", "s"};
+        second->handle(std::move(request), [&got](http::response answer) {
+            if (answer.on_sent) answer.on_sent(true);
+            got.set_value(answer.body);
+        });
+        return got.get_future().get();
+    };
+    const auto draft = with->inbound_draft("8", "2.50", "20.00");
+    const auto line = with->line("8", "2.50", "20.00") + "&place=A-1";
+    EXPECT_EQ(through_second("wms_instore_detail/do_add", "main_id=" + draft + "&" + line), "1");
+    EXPECT_EQ(through_second("wms_stock_detail/do_add", line), "1");
+    EXPECT_EQ(through_second("wms_instore/update_total", "id=" + draft + "&total=40.00"), "1");
+    EXPECT_EQ(with->page("wms_stock_detail/get_page", "").at("total").as_int64(), 2);
+    const auto next = boost::json::parse(through_second("wms_instore/do_add", with->inbound_header(1)));
+    EXPECT_NE(next.at("insert_id").as_string(), draft.c_str()) << "the next document is none that was closed";
 }
 
 TEST_P(document_requests, bad_input_has_the_form_of_its_endpoint) {

@@ -1,50 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
-
+#include "api/faulty_database.h"
 #include "api/harness.h"
 
 namespace tavrok::test {
 namespace {
-
-/** Passes everything on to a database, but for one write or read that fails as it is told. */
-class faulty_database final : public store::database {
-public:
-    enum class fault { none, refuse_write, lose_after_commit, lose_before_commit, refuse_read };
-
-    explicit faulty_database(store::database& real) : m_real(real) {}
-    std::atomic<fault> next{fault::none};
-    std::atomic<int> writes{0};
-
-    void read(store::job work, store::completion done) override {
-        if (next == fault::refuse_read) return fail(done, store::error_kind::busy);
-        m_real.read(std::move(work), std::move(done));
-    }
-    void write(store::job work, store::completion done) override {
-        ++writes;
-        switch (next.exchange(fault::none)) {
-            case fault::refuse_write:
-                return fail(done, store::error_kind::full);
-            case fault::lose_before_commit:
-                return fail(done, store::error_kind::lost);
-            case fault::lose_after_commit:
-                return m_real.write(std::move(work), [this, done](std::exception_ptr failure) {
-                    EXPECT_FALSE(failure);
-                    fail(done, store::error_kind::lost);
-                });
-            default:
-                m_real.write(std::move(work), std::move(done));
-        }
-    }
-    bool ready() const override { return next != fault::refuse_read && m_real.ready(); }
-    void stop() override { m_real.stop(); }
-
-private:
-    static void fail(const store::completion& done, store::error_kind kind) {
-        done(std::make_exception_ptr(store::error(kind, "told to fail")));
-    }
-    store::database& m_real;
-};
 
 class faults_test : public testing::TestWithParam<std::string> {
 protected:

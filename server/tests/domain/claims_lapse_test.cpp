@@ -186,5 +186,25 @@ TEST_P(claims_lapse, are_swept_all_of_them_and_no_others) {
     EXPECT_EQ(swept(g_now + g_over), 0);
 }
 
+TEST_P(claims_lapse, rows_to_lapse_come_by_company_and_id_from_behind_any_of_them_on) {
+    std::vector<std::int64_t> rows{row, in->bring_in(10), in->bring_in(10)};
+    for (const auto each : rows)
+        in->claim(two, each, 2);
+    const auto found = [&](const store::stock_key& after, std::int64_t most) {
+        std::vector<std::int64_t> ids;
+        in->write([&](store::connection& with) {
+            ids.clear();
+            for (const auto& found_row : rows_to_lapse(with, g_now + g_over, {}, after, most))
+                ids.push_back(found_row.stock);
+        });
+        return ids;
+    };
+    EXPECT_EQ(found({}, 500), rows);
+    EXPECT_EQ(found({}, 2), (std::vector<std::int64_t>{rows[0], rows[1]}));
+    EXPECT_EQ(found({in->company, rows[1]}, 2), std::vector<std::int64_t>{rows[2]});
+    EXPECT_EQ(found({in->company - 1, rows[2]}, 500), rows);
+    EXPECT_TRUE(found({in->company, rows[2]}, 500).empty());
+}
+
 } // namespace
 } // namespace tavrok::domain

@@ -142,9 +142,32 @@ TEST(limits, a_handler_that_takes_too_long_is_answered_for) {
     ASSERT_TRUE(got);
     EXPECT_EQ(got->body, "0");
     EXPECT_EQ(stage.handler->rejected.wait(1).at(0), http::rejection::timed_out);
+    EXPECT_TRUE(stage.handler->seen.wait(1).at(0).outcome->given_up());
     stage.handler->answer_held(1, "late");
     EXPECT_EQ(stage.handler->sent.wait(1), std::vector<bool>{false});
     EXPECT_EQ(client.ask(post("after", "x"))->body, "after|x");
+    EXPECT_FALSE(stage.handler->seen.wait(2).at(1).outcome->given_up()) << "each request has its own";
+}
+
+TEST(limits, failure_is_not_told_of_what_may_take_place_after_all) {
+    scene stage([](http::settings& how) { how.bounds.handler = 50ms; });
+    tls_client client(stage.port());
+    ASSERT_TRUE(client.send(post("bound", "x")));
+    EXPECT_FALSE(client.read()) << "no answer, and an end";
+    EXPECT_TRUE(client.closed_within(patience));
+    EXPECT_TRUE(stage.handler->rejected.wait(0).empty());
+    stage.handler->answer_held(1, "late");
+    EXPECT_EQ(stage.handler->sent.wait(1), std::vector<bool>{false});
+}
+
+TEST(limits, what_nobody_knows_is_not_answered) {
+    scene stage;
+    tls_client client(stage.port());
+    ASSERT_TRUE(client.send(post("unknown", "x")));
+    EXPECT_FALSE(client.read());
+    EXPECT_TRUE(client.closed_within(patience));
+    EXPECT_EQ(stage.handler->sent.wait(1), std::vector<bool>{false});
+    EXPECT_TRUE(stage.handler->rejected.wait(0).empty());
 }
 
 TEST(limits, a_peer_that_is_silent_in_the_handshake_is_closed) {

@@ -29,13 +29,15 @@ private:
 
 void echo_handler::handle(http::request incoming, http::respond answer) {
     const http::request copy = incoming;
-    if (copy.path == "hold") {
+    if (copy.path == "bound") copy.outcome->bind();
+    if (copy.path == "hold" || copy.path == "bound") {
         m_held.put(answer);
     } else if (copy.path != "throw" && copy.path != "drop") {
         http::response given;
         given.body = copy.path + "|" + copy.body;
         if (copy.path == "login") given.set_cookie = "0123abcd";
         if (copy.path == "large") given.body = std::string(8000, 'x');
+        given.unknown = copy.path == "unknown";
         given.on_sent = [this](bool whole) { sent.put(whole); };
         answer(std::move(given));
     }

@@ -38,7 +38,8 @@ private:
     std::vector<value> m_all;
 };
 
-/** Answers "echo" with path and body; "hold" when told to; "throw" throws; "drop" lets go of the request. */
+/** Answers with path and body; "hold" and "bound" when told to, the latter cannot be given up; "unknown" says
+ * that nobody knows; "throw" throws; "drop" lets go of the request. */
 class echo_handler : public http::handler {
 public:
     void handle(http::request incoming, http::respond answer) override;

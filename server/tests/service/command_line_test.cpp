@@ -49,6 +49,7 @@ TEST_F(configuration, has_defaults_that_serve_this_machine_only) {
     EXPECT_EQ(got.chosen.listen, std::vector<std::string>{"127.0.0.1"});
     EXPECT_EQ(got.chosen.port, 8443);
     EXPECT_EQ(got.chosen.oldest_accepted_version, 0);
+    EXPECT_EQ(got.chosen.claim_lapse, 2 * 3600);
     EXPECT_FALSE(got.chosen.metrics_public);
     EXPECT_FALSE(got.chosen.own_certificate);
     EXPECT_EQ(parsed({"serve", "--database", "/data/wms.db"}).chosen.pepper_file, "/data/pepper");
@@ -57,7 +58,7 @@ TEST_F(configuration, has_defaults_that_serve_this_machine_only) {
 
 TEST_F(configuration, a_flag_beats_the_environment_beats_the_file_beats_the_default) {
     const std::string path = file(
-        "port = 1111\nlog-level = \"error\"\nsession-idle = 60\nmetrics-public = true\n"
+        "port = 1111\nlog-level = \"error\"\nsession-idle = 60\nclaim-lapse = 90\nmetrics-public = true\n"
         "listen = [\"127.0.0.1\", \"::1\"]\n");
     set("TAVROK_PORT", "2222");
     set("TAVROK_LOG_LEVEL", "warning");
@@ -66,10 +67,14 @@ TEST_F(configuration, a_flag_beats_the_environment_beats_the_file_beats_the_defa
     EXPECT_EQ(got.chosen.port, 3333);
     EXPECT_EQ(got.chosen.log_level, "warning");
     EXPECT_EQ(got.chosen.session_idle, 60);
+    EXPECT_EQ(got.chosen.claim_lapse, 90);
     EXPECT_TRUE(got.chosen.metrics_public);
     EXPECT_EQ(got.chosen.listen, (std::vector<std::string>{"127.0.0.1", "::1"}));
     EXPECT_EQ(got.chosen.session_total, 24 * 3600);
     EXPECT_EQ(parsed({"serve", "--config", path}).chosen.port, 2222);
+    set("TAVROK_CLAIM_LAPSE", "120");
+    EXPECT_EQ(parsed({"serve", "--config", path}).chosen.claim_lapse, 120);
+    EXPECT_EQ(parsed({"serve", "--claim-lapse", "180"}).chosen.claim_lapse, 180);
 }
 
 TEST_F(configuration, the_file_itself_can_come_from_the_environment) {
@@ -100,6 +105,7 @@ TEST_F(configuration, wrong_usage_is_told_with_2) {
                                                {"serve", "--port", "70000"},
                                                {"serve", "--log-level", "loud"},
                                                {"serve", "--session-idle", "-1"},
+                                               {"serve", "--claim-lapse", "0"},
                                                {"serve", "--network-threads", "0"},
                                                {"serve", "--certificate", "alone.pem"},
                                                {"init", "--user", "boss"},

@@ -82,16 +82,23 @@ void write_people(json_writer& json, const domain::document_record& one) {
     json.number_text("writer", one.writer).text("writer_name", one.writer_name);
 }
 
-void forget_answers(context& request, std::span<const std::string_view> modules) {
-    for (const auto module : modules)
-        domain::forget(*request.db, *request.who, std::string(module) + "/do_add");
+namespace {
+
+void forget_answers(context& request, std::string_view module) {
+    domain::forget(*request.db, *request.who, std::string(module) + "/do_add");
+}
+
+} // namespace
+
+void header_arrived(context& request, std::string_view module) {
+    forget_answers(request, module);
 }
 
 void answer_closing(context& request, std::string why_not, std::span<const std::string_view> modules) {
+    for (const auto module : modules)
+        forget_answers(request, module);
     *request.refusal = std::move(why_not);
-    const bool made = request.refusal->empty();
-    if (!made) forget_answers(request, modules);
-    request.answer = made ? "1" : "0";
+    request.answer = request.refusal->empty() ? "1" : "0";
 }
 
 void answer_removal(context& request, domain::document_module which, const domain::session_limits& limits) {

@@ -34,11 +34,13 @@ void read_row(const fields& form, domain::document_line& line);
 /** Who handled a document and who wrote it. */
 void write_people(json_writer& json, const domain::document_record& one);
 
-/** Header and lines are gone with a draft that was dropped. When they come once more with the same bytes they
- * are a new save, even if nobody knows whether the former answers arrived. */
-void forget_answers(context& request, std::span<const std::string_view> modules);
+/** Of a line, which names its draft: so the answer to the header arrived, and the same header is a new one.
+ */
+void header_arrived(context& request, std::string_view module);
 
-/** Answers whether a closing call made the document; why not, where it says so, goes to the log. */
+/** Answers whether a closing call made the document; why not, where it says so, goes to the log. Whoever
+ * closes a draft has the answers to its header and lines: when these come once more with the same bytes they
+ * are a new save, also where this service does not know yet that the former answers arrived. */
 void answer_closing(context& request, std::string why_not, std::span<const std::string_view> modules);
 /** Works of every module: the list, the lines of a document, its end. */
 void answer_removal(context& request, domain::document_module which, const domain::session_limits& limits);

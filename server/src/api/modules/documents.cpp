@@ -78,11 +78,12 @@ void do_add(context& request, document_module which) {
     write_added(request.answer, domain::open_draft(*request.db, *request.who, which, header, request.now));
 }
 
-void add_line(context& request, document_module which) {
+void add_line(context& request, const module_words& words) {
     const auto& form = request.form;
     auto line = line_of(form);
     read_row(form, line);
-    domain::add_line(*request.db, *request.who, which, form.integer("main_id"), line);
+    domain::add_line(*request.db, *request.who, words.which, form.integer("main_id"), line);
+    header_arrived(request, words.module);
     request.answer = "1";
 }
 
@@ -184,20 +185,21 @@ void add_headers(registry& to, const services& with, const module_words& words) 
             .answer = form::result,
             .allowed = by_kind(words, "type", "add"),
             .work = write_work{[which](context& request) { do_add(request, which); }}});
-    to.add(
-        {.module = words.module,
-         .action = "update_total",
-         .keys = {id_key("id"), text_key("total", presence::always)},
-         .answer = form::count,
-         .allowed = on_any_page(words.pages, "add"),
-         .work = write_work{[words, &limits](context& request) { update_total(request, words, limits); }}});
+    to.add({.module = words.module,
+            .action = "update_total",
+            .keys = {id_key("id"), text_key("total", presence::always)},
+            .answer = form::count,
+            .allowed = on_any_page(words.pages, "add"),
+            .work = write_work{[words, &limits](context& request) { update_total(request, words, limits); }},
+            .once = true});
     to.add(
         {.module = words.module,
          .action = "do_delete",
          .keys = {id_key("id")},
          .answer = form::count,
          .allowed = on_any_page(words.pages, "delete"),
-         .work = write_work{[which, &limits](context& request) { answer_removal(request, which, limits); }}});
+         .work = write_work{[which, &limits](context& request) { answer_removal(request, which, limits); }},
+         .once = true});
 }
 
 void add_lines(registry& to, const module_words& words) {
@@ -207,7 +209,7 @@ void add_lines(registry& to, const module_words& words) {
             .keys = detail_keys(which),
             .answer = form::count,
             .allowed = on_any_page(words.pages, "add"),
-            .work = write_work{[which](context& request) { add_line(request, which); }}});
+            .work = write_work{[words](context& request) { add_line(request, words); }}});
 }
 
 } // namespace
@@ -220,7 +222,8 @@ void add_instore(registry& to, const services& with) {
             .keys = {id_key("id")},
             .answer = form::count,
             .allowed = on_any_page(inbound.pages, "add"),
-            .work = write_work{delete_line}});
+            .work = write_work{delete_line},
+            .once = true});
 }
 
 void add_outstore(registry& to, const services& with) {

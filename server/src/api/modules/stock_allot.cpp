@@ -14,7 +14,6 @@ namespace {
 constexpr auto which = domain::document_module::transfer;
 constexpr std::int64_t the_kind = 1; // there is one
 constexpr std::array<std::string_view, 1> pages{"stock_allot"};
-constexpr std::array<std::string_view, 1> header_module{"wms_stock_allot"};
 
 void write_document(json_writer& json, const domain::document_record& one) {
     json.open_object().number_text("id", one.id).text("sn", one.sn);
@@ -57,10 +56,9 @@ void do_add(context& request) {
 void add_line(context& request, const domain::session_limits& limits) {
     auto line = line_of(request.form);
     read_row(request.form, line);
-    const bool first = domain::add_transfer_line(*request.db, *request.who, request.form.integer("main_id"),
-                                                 line, request.now, limits);
-    // A line that names the draft shows that the answer to the header arrived: the same header is a new one.
-    if (first) forget_answers(request, header_module);
+    domain::add_transfer_line(*request.db, *request.who, request.form.integer("main_id"), line, request.now,
+                              limits);
+    header_arrived(request, "wms_stock_allot");
     request.answer = "1";
 }
 
@@ -109,7 +107,8 @@ void add_stock_allot(registry& to, const services& with) {
             .keys = {id_key("id")},
             .answer = form::count,
             .allowed = on_any_page(pages, "delete"),
-            .work = write_work{[&limits](context& request) { answer_removal(request, which, limits); }}});
+            .work = write_work{[&limits](context& request) { answer_removal(request, which, limits); }},
+            .once = true});
 }
 
 } // namespace tavrok::api

@@ -9,6 +9,7 @@
 #include "domain/pages.h"
 #include "domain/products.h"
 #include "domain/refused.h"
+#include "domain/repeat.h"
 #include "domain/stock.h"
 #include "domain/text_rules.h"
 
@@ -47,6 +48,8 @@ void get_page(context& request, domain::count_cache& counts) {
 
 void do_add(context& request) {
     domain::announce_stock(*request.db, *request.who, line_of(request.form));
+    // It follows its line's answer: the same line again is another one.
+    domain::forget(*request.db, *request.who, "wms_instore_detail/do_add");
     request.answer = "1";
 }
 
@@ -150,7 +153,8 @@ void add_stock_detail(registry& to, const services& with) {
             .keys = {text_key("locked_id", presence::always), use},
             .answer = form::count,
             .allowed = to_claim(),
-            .work = write_work{unlock_stock}});
+            .work = write_work{unlock_stock},
+            .once = true});
 }
 
 } // namespace tavrok::api

@@ -67,6 +67,7 @@ void add_line(context& request) {
     line.sys_amount = form.integer("sys_amount");
     line.real_amount = form.integer("real_amount");
     domain::add_taking_line(*request.db, *request.who, form.integer("main_id"), line);
+    header_arrived(request, "wms_stock_taking");
     request.answer = "1";
 }
 
@@ -137,13 +138,15 @@ void add_stock_taking(registry& to, const services& with) {
                      text_key("profitloss_total", presence::always)},
             .answer = form::count,
             .allowed = added,
-            .work = write_work{[&limits](context& request) { update_profitloss(request, limits); }}});
+            .work = write_work{[&limits](context& request) { update_profitloss(request, limits); }},
+            .once = true});
     to.add({.module = "wms_stock_taking",
             .action = "do_delete",
             .keys = {id_key("id")},
             .answer = form::count,
             .allowed = on_any_page(pages, "delete"),
-            .work = write_work{[&limits](context& request) { answer_removal(request, which, limits); }}});
+            .work = write_work{[&limits](context& request) { answer_removal(request, which, limits); }},
+            .once = true});
 }
 
 } // namespace tavrok::api

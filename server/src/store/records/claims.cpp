@@ -24,8 +24,10 @@ const statement g_lapse{
     "UPDATE claim SET state = 4, ended_at = ? WHERE company = ? AND stock = ? AND state = 1 "
     "AND NOT " +
         g_alive + " RETURNING use, amount"};
-const statement g_dead{"claims_dead", "SELECT DISTINCT company, stock FROM claim WHERE state = 1 AND NOT " +
-                                          g_alive + " ORDER BY company, stock LIMIT ?"};
+const statement g_dead{
+    "claims_dead",
+    "SELECT DISTINCT company, stock FROM claim WHERE state = 1 AND (company, stock) > (?, ?) AND NOT " +
+        g_alive + " ORDER BY company, stock LIMIT ?"};
 const statement g_rows{"claims_rows",
                        "SELECT DISTINCT stock FROM claim WHERE company = ? AND user_id = ? AND state = 1 "
                        "ORDER BY stock"};
@@ -72,9 +74,10 @@ ended_claims lapse_claims(connection& with, std::int64_t company, std::int64_t s
     return ended;
 }
 
-std::vector<stock_key> rows_with_dead_claims(connection& with, const claim_bounds& gone, std::int64_t limit) {
+std::vector<stock_key> rows_with_dead_claims(connection& with, const claim_bounds& gone,
+                                             const stock_key& after, std::int64_t limit) {
     std::vector<stock_key> rows;
-    with.query(g_dead, {gone.used, gone.created, limit}, [&](const row& one) {
+    with.query(g_dead, {after.company, after.stock, gone.used, gone.created, limit}, [&](const row& one) {
         rows.push_back({one.integer(0), one.integer(1)});
     });
     return rows;

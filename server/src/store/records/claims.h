@@ -45,12 +45,13 @@ struct ended_claims {
 ended_claims lapse_claims(connection& with, std::int64_t company, std::int64_t stock,
                           const claim_bounds& gone, std::int64_t now);
 
-/** Rows with claims of users who are gone, each once, by company and id. */
 struct stock_key {
-    std::int64_t company;
-    std::int64_t stock;
+    std::int64_t company{0};
+    std::int64_t stock{0};
 };
-std::vector<stock_key> rows_with_dead_claims(connection& with, const claim_bounds& gone, std::int64_t limit);
+/** Rows with claims of users who are gone, each once, by company and id, from behind `after` on. */
+std::vector<stock_key> rows_with_dead_claims(connection& with, const claim_bounds& gone,
+                                             const stock_key& after, std::int64_t limit);
 /** Rows on which the user has active claims, by id. */
 std::vector<std::int64_t> rows_claimed_by(connection& with, std::int64_t company, std::int64_t user);
 /** Whether the user has a session that keeps his claims alive. */
