@@ -109,7 +109,8 @@ TEST_P(stock_control, a_stocktaking_is_deleted_once) {
     EXPECT_EQ(rows(), "A-1:9 ");
     EXPECT_EQ(ask("wms_stock_taking/do_delete", "id=" + id), "1");
     EXPECT_EQ(rows(), "A-1:10 ");
-    EXPECT_EQ(ask("wms_stock_taking/do_delete", "id=" + id), "0");
+    EXPECT_EQ(ask("wms_stock_taking/do_delete", "id=" + id), "1") << "the same deletion once more";
+    EXPECT_EQ(rows(), "A-1:10 ");
     EXPECT_EQ(ask("wms_stock_taking/get_detail", "id=" + id), "[]");
     EXPECT_EQ(documents("wms_stock_taking"), 0);
 }
@@ -133,8 +134,9 @@ TEST_P(stock_control, a_repeated_closing_call_of_a_stocktaking_is_one_document) 
     EXPECT_EQ(send("wms_stock_taking/update_profitloss", body), "1");
     EXPECT_EQ(ask("wms_stock_taking/update_profitloss", body), "1") << "the answer that did not arrive";
     EXPECT_EQ(documents("wms_stock_taking"), 1);
+    EXPECT_EQ(ask("wms_stock_taking/update_profitloss", body), "1") << "an arrived answer is the same one";
+    EXPECT_EQ(documents("wms_stock_taking"), 1);
     EXPECT_EQ(rows(), "A-1:8 ");
-    EXPECT_EQ(ask("wms_stock_taking/update_profitloss", body), "0");
 }
 
 TEST_P(stock_control, a_stocktaking_after_one_that_failed_is_a_new_one_though_its_bytes_are_the_same) {
@@ -238,7 +240,8 @@ TEST_P(stock_control, a_transfer_is_deleted_while_its_goods_are_there) {
     EXPECT_EQ(ask("wms_stock_taking/do_delete", "id=" + id), "0") << "it is no stocktaking";
     EXPECT_EQ(ask("wms_stock_allot/do_delete", "id=" + id), "1");
     EXPECT_EQ(rows(), "A-1:10 ");
-    EXPECT_EQ(ask("wms_stock_allot/do_delete", "id=" + id), "0");
+    EXPECT_EQ(ask("wms_stock_allot/do_delete", "id=" + id), "1") << "the same deletion once more";
+    EXPECT_EQ(rows(), "A-1:10 ");
 }
 
 TEST_P(stock_control, the_box_of_warehouses_shows_what_has_moved) {
