@@ -18,6 +18,21 @@ std::string key_of(std::int64_t company, const std::string& criteria) {
 
 count_cache::count_cache(std::size_t limit) : m_limit(limit) {}
 
+count_cache::turn::turn(count_cache& of, std::int64_t company, std::int64_t version,
+                        const std::string& criteria)
+    : m_of(of), m_key(std::to_string(version) + ' ' + key_of(company, criteria)) {
+    std::unique_lock hold(m_of.m_guard);
+    m_of.m_turn_over.wait(hold, [this] { return m_of.m_looked_for.insert(m_key).second; });
+}
+
+count_cache::turn::~turn() {
+    {
+        const std::lock_guard hold(m_of.m_guard);
+        m_of.m_looked_for.erase(m_key);
+    }
+    m_of.m_turn_over.notify_all();
+}
+
 std::size_t count_cache::bytes_of(const entry& one) {
     return g_overhead + 2 * one.key.size() + one.ids->bytes();
 }

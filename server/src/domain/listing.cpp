@@ -40,12 +40,12 @@ list_extent filtered_total(store::connection& with, const store::listing& what,
         criteria.append(std::to_string(bound.size()) + ':').append(bound);
     }
     const auto version = store::data_version(with, filter.company);
-    if (auto known = counts.find(filter.company, version, criteria)) return list_extent(std::move(known));
-    const auto ids = std::make_shared<id_list>();
-    store::each_listed_id(with, what, filter, [&](std::int64_t id) { ids->add(id); });
-    ids->close();
-    counts.keep(filter.company, version, criteria, ids);
-    return list_extent(ids);
+    return list_extent(counts.find_or_make(filter.company, version, criteria, [&] {
+        const auto ids = std::make_shared<id_list>();
+        store::each_listed_id(with, what, filter, [&](std::int64_t id) { ids->add(id); });
+        ids->close();
+        return ids;
+    }));
 }
 
 list_extent list_total(store::connection& with, const store::listing& what, const store::list_filter& filter,

@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <future>
+#include <latch>
+#include <stdexcept>
+#include <vector>
+
 namespace tavrok::domain {
 namespace {
 
@@ -71,6 +77,35 @@ TEST(count_cache, a_list_lives_while_somebody_reads_it) {
     cache.keep(1, 1, "b", some_ids(1000));
     EXPECT_EQ(cache.find(1, 1, "a"), nullptr);
     EXPECT_EQ(reading->part(999, 5), std::vector<std::int64_t>{1001});
+}
+
+TEST(count_cache, is_asked_by_many_and_made_by_one) {
+    count_cache cache;
+    std::latch all_there(8);
+    std::atomic<int> made{0};
+    std::vector<std::future<count_cache::shared_ids>> answers;
+    for (int i = 0; i < 8; ++i) {
+        answers.push_back(std::async(std::launch::async, [&] {
+            all_there.arrive_and_wait();
+            return cache.find_or_make(1, 1, "a", [&] {
+                ++made;
+                return some_ids(1000);
+            });
+        }));
+    }
+    const auto first = answers.front().get();
+    for (std::size_t i = 1; i < answers.size(); ++i)
+        EXPECT_EQ(answers[i].get(), first);
+    EXPECT_EQ(made, 1);
+}
+
+TEST(count_cache, a_list_that_cannot_be_made_is_made_by_the_next) {
+    count_cache cache;
+    const auto fail = []() -> count_cache::shared_ids { throw std::runtime_error("no"); };
+    EXPECT_THROW(cache.find_or_make(1, 1, "a", fail), std::runtime_error);
+    const auto ids = some_ids(3);
+    EXPECT_EQ(cache.find_or_make(1, 1, "a", [&] { return ids; }), ids);
+    EXPECT_EQ(cache.find_or_make(1, 2, "a", [&] { return some_ids(4); })->size(), 4);
 }
 
 } // namespace
