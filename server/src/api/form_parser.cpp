@@ -114,6 +114,20 @@ parsed_form split(std::string_view body, const std::vector<key>& keys) {
     return form;
 }
 
+bool first_value_alone(const std::vector<key>& keys) {
+    return keys.size() > 1 && keys[1].kind == key_kind::unread;
+}
+
+parsed_form split_first(std::string_view body, const std::vector<key>& keys) {
+    const auto first = find_opening(body, keys);
+    if (first.key != 0) return refused("the body starts with another key");
+    parsed_form form;
+    form.values = fields(keys);
+    const auto value = body.substr(first.value);
+    parser_access::values(form.values)[0] = value.substr(0, value.find('&'));
+    return form;
+}
+
 /** Bytes after the first one of a UTF-8 sequence; -1 for a byte that starts none. */
 int trailing_bytes(unsigned char lead) {
     if (lead < 0x80) return 0;
@@ -128,6 +142,30 @@ bool second_byte_fits(unsigned char lead, unsigned char second) {
     const unsigned char low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     const unsigned char high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     return second >= low && second <= high;
+}
+
+bool valid_utf8(std::string_view text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto lead = static_cast<unsigned char>(text[at]);
+        const auto more = trailing_bytes(lead);
+        if (more == 0) continue;
+        if (more < 0 || text.size() - at <= static_cast<std::size_t>(more)) return false;
+        if (!second_byte_fits(lead, static_cast<unsigned char>(text[at + 1]))) return false;
+        for (int i = 2; i <= more; ++i)
+            if ((static_cast<unsigned char>(text[at + static_cast<std::size_t>(i)]) & 0xC0) != 0x80)
+                return false;
+        at += static_cast<std::size_t>(more);
+    }
+    return true;
+}
+
+/** NUL bytes are for tokens alone. */
+bool texts_fit(std::string_view body, const std::vector<key>& keys,
+               const std::vector<std::optional<std::string_view>>& values) {
+    if (!valid_utf8(body)) return false;
+    for (std::size_t k = 0; k < keys.size(); ++k)
+        if (values[k] && keys[k].kind != key_kind::token && values[k]->find('\0') != nowhere) return false;
+    return true;
 }
 
 } // namespace
@@ -146,6 +184,18 @@ key integer_key(std::string_view name, std::int64_t low, std::int64_t high, pres
 
 key typed_integer_key(std::string_view name, std::int64_t low, std::int64_t high) {
     return {name, key_kind::typed, presence::always, low, high};
+}
+
+key token_key(std::string_view name) {
+    return {name, key_kind::token, presence::always, 0, 0};
+}
+
+std::vector<key> first_alone(std::vector<key> keys) {
+    for (std::size_t k = 1; k < keys.size(); ++k) {
+        keys[k].kind = key_kind::unread;
+        keys[k].given = presence::optional;
+    }
+    return keys;
 }
 
 fields::fields(const std::vector<key>& keys)
@@ -175,13 +225,14 @@ std::int64_t fields::integer(std::string_view name, std::int64_t otherwise) cons
 
 parsed_form parse_form(std::string_view body, const std::vector<key>& keys) {
     if (body.size() > body_limit) return refused("the body is over the limit");
-    if (!valid_text(body)) return refused("the body is not valid UTF-8");
-    auto form = split(body, keys);
+    const bool alone = first_value_alone(keys);
+    auto form = alone ? split_first(body, keys) : split(body, keys);
     if (!form.ok()) return form;
     auto& values = parser_access::values(form.values);
+    if (!alone && !texts_fit(body, keys, values)) return refused("the body is not valid UTF-8");
     for (std::size_t k = 0; k < keys.size(); ++k) {
         if (keys[k].kind == key_kind::typed) values[k] = without_blanks(values[k]);
-        if (!values[k] || keys[k].kind == key_kind::text) continue;
+        if (!values[k] || keys[k].kind == key_kind::text || keys[k].kind == key_kind::token) continue;
         if (!parse_number(*values[k], keys[k], parser_access::integers(form.values)[k]))
             return refused("no number or out of range: " + std::string(keys[k].name));
     }
@@ -189,19 +240,7 @@ parsed_form parse_form(std::string_view body, const std::vector<key>& keys) {
 }
 
 bool valid_text(std::string_view text) {
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto lead = static_cast<unsigned char>(text[at]);
-        if (lead == 0) return false;
-        const auto more = trailing_bytes(lead);
-        if (more == 0) continue;
-        if (more < 0 || text.size() - at <= static_cast<std::size_t>(more)) return false;
-        if (!second_byte_fits(lead, static_cast<unsigned char>(text[at + 1]))) return false;
-        for (int i = 2; i <= more; ++i)
-            if ((static_cast<unsigned char>(text[at + static_cast<std::size_t>(i)]) & 0xC0) != 0x80)
-                return false;
-        at += static_cast<std::size_t>(more);
-    }
-    return true;
+    return text.find('\0') == nowhere && valid_utf8(text);
 }
 
 } // namespace tavrok::api

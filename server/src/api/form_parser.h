@@ -9,8 +9,9 @@
 namespace tavrok::api {
 
 /** `typed`: a whole number that a person typed into a field that nobody checks. Blanks around it do not
- * count, and nothing but blanks counts as a key that did not come. */
-enum class key_kind { text, id, integer, typed };
+ * count, and nothing but blanks counts as a key that did not come. `token`: a text that came from here, or
+ * whatever the client took for it: it may hold NUL bytes. `unread`: see first_alone(). */
+enum class key_kind { text, id, integer, typed, token, unread };
 
 /** Whether the client always writes a key, or only when its value is not empty. */
 enum class presence { always, optional };
@@ -30,6 +31,10 @@ key id_key(std::string_view name, presence given = presence::always, std::int64_
 key integer_key(std::string_view name, std::int64_t low, std::int64_t high,
                 presence given = presence::always);
 key typed_integer_key(std::string_view name, std::int64_t low, std::int64_t high);
+key token_key(std::string_view name);
+/** The same keys for a body of which nothing but the first value, a number, can be read: the others come as
+ * if they had not been sent. */
+std::vector<key> first_alone(std::vector<key> keys);
 
 /** The values of one body by key, each as it was typed. Views point into the body that was parsed. */
 class fields {

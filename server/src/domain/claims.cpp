@@ -13,6 +13,9 @@ namespace {
  * later. */
 constexpr std::int64_t g_noted_within = 60;
 
+constexpr std::string_view g_mark = "L";
+constexpr std::size_t g_token_size = 65;
+
 store::claim_bounds gone_at(std::int64_t now, const session_limits& limits) {
     return {now - std::min(limits.idle, limits.claim + g_noted_within), now - limits.total};
 }
@@ -61,8 +64,11 @@ std::string take_claim(store::connection& with, const principal& who, const clai
                        std::int64_t now, const session_limits& limits) {
     const bool whole = wish.use == claim_use::stocktaking;
     if (!whole && (wish.amount < 0 || wish.amount > g_highest_amount)) throw refused("amount out of range");
+    if (store::active_claims(with, who.company, who.user) >= g_most_claims) {
+        throw refused("the user has as many claims as he may have");
+    }
     whole ? hold_whole(with, who, wish, now, limits) : claim_amount(with, who, wish, now, limits);
-    const auto token = "L" + new_token();
+    const auto token = std::string(g_mark) + new_token();
     store::claim_record made;
     made.stock = wish.stock;
     made.user = who.user;
@@ -72,8 +78,14 @@ std::string take_claim(store::connection& with, const principal& who, const clai
     return token;
 }
 
+bool may_be_claim(std::string_view token) {
+    return token.size() == g_token_size && token.starts_with(g_mark) &&
+           token.find_first_not_of("0123456789abcdef", g_mark.size()) == std::string_view::npos;
+}
+
 void give_back_claim(store::connection& with, const principal& who, const std::string& token,
                      std::int64_t now) {
+    if (!may_be_claim(token)) return;
     const auto claim = store::claim_by_token(with, who.company, token);
     if (!claim || claim->user != who.user || claim->state != store::claim_state::active) return;
     if (!store::hold_stock(with, who.company, claim->stock)) return;

@@ -25,9 +25,10 @@ store::document_sums sums_of(document_module module, const lines_of_draft& lines
     return sums;
 }
 
-void check_lines(document_module module, const lines_of_draft& lines, std::int64_t told) {
+void check_lines(document_module module, const lines_of_draft& lines, std::optional<std::int64_t> told) {
     if (lines.empty()) throw refused("the draft has no lines");
-    if (!agrees(sums_of(module, lines).total, told, static_cast<std::int64_t>(lines.size()))) {
+    if (!told) throw refused(g_no_total);
+    if (!agrees(sums_of(module, lines).total, *told, static_cast<std::int64_t>(lines.size()))) {
         throw refused("the lines do not add up to the total");
     }
     if (module != document_module::inbound) return;
@@ -80,6 +81,7 @@ std::string close_checked(store::connection& with, const principal& who, documen
     try {
         store::nested(with, [&] {
             demand_right(who, module, header->type, "add");
+            if (header->spoilt) throw refused("a part of the draft was refused");
             const auto lines = store::draft_lines(with, who.company, draft);
             check(lines);
             make_document(with, who, *header, lines, now, limits);
@@ -92,7 +94,7 @@ std::string close_checked(store::connection& with, const principal& who, documen
 }
 
 std::string close_draft(store::connection& with, const principal& who, document_module module,
-                        std::int64_t draft, std::int64_t total, std::int64_t now,
+                        std::int64_t draft, std::optional<std::int64_t> total, std::int64_t now,
                         const session_limits& limits) {
     return close_checked(
         with, who, module, draft, [&](const lines_of_draft& lines) { check_lines(module, lines, total); },

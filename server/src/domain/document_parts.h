@@ -29,6 +29,8 @@ store::draft_line_record record_of(const document_line& line);
 void check_product(store::connection& with, const principal& who, std::int64_t product);
 void check_warehouse(store::connection& with, const principal& who, std::int64_t warehouse);
 
+/** Why a draft is dropped whose closing call carries no sum that anybody can read. */
+inline constexpr const char* g_no_total = "the total is no money";
 using lines_of_draft = std::vector<store::draft_line_record>;
 /** Closes a draft whose lines `check` lets through, as close_draft() does. */
 std::string close_checked(store::connection& with, const principal& who, document_module module,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -78,6 +79,14 @@ void announce_stock(store::connection& with, const principal& who, const documen
 /** The line that an announcement like this one stands for: the latest like it in a draft of the session,
  * whether it waits for its stock or not. 0 where there is none. */
 std::int64_t line_announced(store::connection& with, const principal& who, const document_line& like);
+/** The draft that the session opened last; 0 where there is none. */
+std::int64_t newest_draft(store::connection& with, const principal& who, document_module module);
+/** Does what adds to a draft, add_line() for example. Where that refuses, the `draft` is spoilt: a client
+ * that does not look at the answer sends the closing call all the same, which then drops the draft with
+ * whatever came into it. Gives why it was refused, empty where it was added; in both cases the transaction is
+ * kept. */
+std::string add_or_spoil(store::connection& with, const principal& who, document_module module,
+                         const std::function<std::int64_t()>& draft, const std::function<void()>& add);
 /** Takes a line out of a draft of the session. The lines of documents stay. */
 void drop_line(store::connection& with, const principal& who, std::int64_t line);
 
@@ -91,14 +100,16 @@ bool add_transfer_line(store::connection& with, const principal& who, std::int64
                        const document_line& line, std::int64_t now, const session_limits& limits = {});
 
 /** Closes a draft of the session: the document is made whole, or the draft is dropped and everything else,
- * claims included, stays as it was. Gives why it was dropped, empty where the document was made. Throws
- * `refused` for a draft that is not there. */
+ * claims included, stays as it was. Gives why it was dropped, empty where the document was made; a spoilt one
+ * is dropped, and one without a total, which nobody could read. Throws `refused` for a draft that is not
+ * there. */
 std::string close_draft(store::connection& with, const principal& who, document_module module,
-                        std::int64_t draft, std::int64_t total, std::int64_t now,
+                        std::int64_t draft, std::optional<std::int64_t> total, std::int64_t now,
                         const session_limits& limits = {});
 /** The same for a stocktaking, whose rows change by the lines' differences. */
 std::string close_taking(store::connection& with, const principal& who, std::int64_t draft,
-                         const document_sums& told, std::int64_t now, const session_limits& limits = {});
+                         std::optional<document_sums> told, std::int64_t now,
+                         const session_limits& limits = {});
 /** Undoes a document with contrary movements and marks it as deleted. What it brought in, an inbound document
  * or a transfer, goes only while its rows hold the whole quantity unclaimed and unheld. Other rows change
  * only while nobody else holds them and what is left covers what is claimed; their product and warehouse must

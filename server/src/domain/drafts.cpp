@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "domain/claims.h"
 #include "domain/document_kinds.h"
 #include "domain/document_parts.h"
 #include "domain/documents.h"
@@ -22,7 +23,6 @@ constexpr std::int64_t g_most_drafts = 50;
 constexpr std::int64_t g_most_lines = 2'000;
 constexpr std::size_t g_place_limit = 200;
 constexpr std::size_t g_remark_limit = 1000;
-constexpr std::size_t g_token_limit = 1000;
 
 void check_partner(store::connection& with, const principal& who, counterparty wanted,
                    const document_header& header) {
@@ -84,7 +84,6 @@ void check_amounts(const document_line& line) {
 store::draft_line_record record_of(const document_line& line) {
     check_text("place", line.place, g_place_limit);
     check_text("remark", line.remark, g_remark_limit);
-    check_text("locked_id", line.token, g_token_limit);
     store::draft_line_record made;
     made.product = line.product;
     made.price = line.price;
@@ -93,7 +92,7 @@ store::draft_line_record record_of(const document_line& line) {
     made.place = line.place;
     made.remark = line.remark;
     made.stock = line.stock;
-    made.token = line.token;
+    if (may_be_claim(line.token)) made.token = line.token;
     made.total = line.amount * line.price;
     return made;
 }
@@ -165,6 +164,21 @@ void announce_stock(store::connection& with, const principal& who, const documen
 
 std::int64_t line_announced(store::connection& with, const principal& who, const document_line& like) {
     return store::latest_line_like(with, who.company, who.session, record_of(like));
+}
+
+std::int64_t newest_draft(store::connection& with, const principal& who, document_module module) {
+    return store::newest_draft(with, who.company, who.session, module);
+}
+
+std::string add_or_spoil(store::connection& with, const principal& who, document_module module,
+                         const std::function<std::int64_t()>& draft, const std::function<void()>& add) {
+    try {
+        add();
+        return {};
+    } catch (const refused& refusal) {
+        store::spoil_draft(with, who.company, who.session, module, draft());
+        return refusal.what();
+    }
 }
 
 void drop_line(store::connection& with, const principal& who, std::int64_t line) {

@@ -24,8 +24,9 @@ void check_count(const taking_line& line) {
 }
 
 /** The lines' money is whole, so a client's sum of it is exact as far as binary fractions go. */
-void check_sums(const lines_of_draft& lines, const document_sums& told) {
+void check_sums(const lines_of_draft& lines, const std::optional<document_sums>& told) {
     if (lines.empty()) throw refused("the draft has no lines");
+    if (!told) throw refused(g_no_total);
     document_sums sums;
     std::int64_t size = 0;
     for (const auto& line : lines) {
@@ -33,9 +34,9 @@ void check_sums(const lines_of_draft& lines, const document_sums& told) {
         sums.total = add_money(sums.total, line.total);
         size = add_money(size, std::abs(line.total));
     }
-    if (sums.difference != told.difference) throw refused("the lines do not add up to the gain or loss");
+    if (sums.difference != told->difference) throw refused("the lines do not add up to the gain or loss");
     const auto slack = binary_slack(size, static_cast<std::int64_t>(lines.size()));
-    if (std::abs(add_money(sums.total, -told.total)) > slack) {
+    if (std::abs(add_money(sums.total, -told->total)) > slack) {
         throw refused("the lines' money does not add up to the total");
     }
 }
@@ -55,7 +56,7 @@ std::int64_t add_taking_line(store::connection& with, const principal& who, std:
 }
 
 std::string close_taking(store::connection& with, const principal& who, std::int64_t draft,
-                         const document_sums& told, std::int64_t now, const session_limits& limits) {
+                         std::optional<document_sums> told, std::int64_t now, const session_limits& limits) {
     return close_checked(
         with, who, document_module::stocktaking, draft,
         [&](const lines_of_draft& lines) { check_sums(lines, told); }, now, limits);

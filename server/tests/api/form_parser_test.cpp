@@ -247,6 +247,34 @@ TEST(form_parser, text_must_be_utf8_without_nul) {
     EXPECT_FALSE(parse_form("type=1&name=\xFF&phone=1&address=b", company_keys).ok());
 }
 
+TEST(form_parser, a_token_may_hold_what_no_text_may) {
+    const std::vector<key> keys{text_key("place"), token_key("locked_id")};
+    const auto form = parse_form(std::string_view("place=a&locked_id=x\0\x02\r\ny", 24), keys);
+    ASSERT_TRUE(form.ok()) << form.refusal;
+    EXPECT_EQ(form.values.text("locked_id"), std::string_view("x\0\x02\r\ny", 6));
+    EXPECT_FALSE(parse_form(std::string_view("place=a\0&locked_id=x", 20), keys).ok());
+    EXPECT_FALSE(parse_form("place=a&locked_id=\xff", keys).ok());
+    EXPECT_FALSE(parse_form("place=a", keys).ok()) << "it is always written";
+}
+
+TEST(form_parser, the_first_value_can_be_read_alone) {
+    const auto keys =
+        first_alone({id_key("id"), integer_key("amount", 0, 9), text_key("remark", presence::always)});
+    for (const auto* body : {"id=12", "&id=12", "id=12&amount=x&remark=", "id=12&remark=\xff", "id=12&",
+                             "id=12&remark=a&amount=1&id=13"}) {
+        const auto form = parse_form(body, keys);
+        ASSERT_TRUE(form.ok()) << body;
+        EXPECT_EQ(form.values.integer("id"), 12) << body;
+        EXPECT_FALSE(form.values.has("amount")) << body;
+        EXPECT_FALSE(form.values.has("remark")) << body;
+    }
+    EXPECT_TRUE(parse_form(std::string_view("id=12&remark=\0", 14), keys).ok());
+    for (const auto* body : {"", "&", "id", "id=", "id=x&amount=1", "id=12x&amount=1", "id=\xff", "id=0",
+                             "amount=1&id=12", "id= 12&amount=1", "id=12=&amount=1"})
+        EXPECT_FALSE(parse_form(body, keys).ok()) << body;
+    EXPECT_FALSE(parse_form("id=1&remark=" + std::string(body_limit, 'x'), keys).ok());
+}
+
 TEST(form_parser, many_markers_cost_no_more_than_a_look_at_each) {
     std::string body = "type=1&name=a&phone=1&address=";
     while (body.size() < body_limit - 16)

@@ -35,7 +35,7 @@ std::int64_t counts_test::put(const principal& who, std::int64_t draft, const ta
 std::string counts_test::close_sums(const principal& who, std::int64_t draft, std::int64_t difference,
                                     std::int64_t total, std::int64_t now) {
     return in->write([&](store::connection& with) {
-        return close_taking(with, who, draft, {total, difference}, now);
+        return close_taking(with, who, draft, document_sums{total, difference}, now);
     });
 }
 

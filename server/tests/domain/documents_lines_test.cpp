@@ -104,13 +104,30 @@ TEST_P(documents_lines, have_texts_of_the_right_form) {
         refuses([&](document_line& what) { what.place = wrong; });
     for (const auto& wrong : {std::string(1001, 'x'), std::string("a\x02"), std::string("\xc3")})
         refuses([&](document_line& what) { what.remark = wrong; });
-    refuses([](document_line& what) { what.token = std::string(1001, 'x'); });
     auto what = line();
     what.place = std::string(200, 'x');
     what.remark.clear();
     EXPECT_NO_THROW(put(g_in, draft, what));
     what.place.clear();
     EXPECT_NO_THROW(put(g_out, out, what)) << "an outbound line's place is its row's";
+}
+
+/** What a client took for a claim: an error page of something between, for example. */
+TEST_P(documents_lines, name_no_claim_by_what_can_be_none) {
+    const auto out = open(g_out, 6);
+    const std::string real = "L" + new_token();
+    for (const auto& strange : {std::string(60'000, 'x'), std::string("a\r\n\x02"), std::string("a\0b", 3),
+                                std::string("0"), std::string("\xff"), "l" + real.substr(1), real + "0",
+                                real.substr(1), "L" + std::string(64, 'F')}) {
+        auto what = line();
+        what.token = strange;
+        EXPECT_NO_THROW(put(g_out, out, what));
+    }
+    EXPECT_EQ(in->number("SELECT count(*) FROM draft_line WHERE token = ''"), 9);
+    auto what = line();
+    what.token = real;
+    put(g_out, out, what);
+    EXPECT_EQ(in->number("SELECT count(*) FROM draft_line WHERE token = '" + real + "'"), 1);
 }
 
 TEST_P(documents_lines, are_two_thousand_at_most) {

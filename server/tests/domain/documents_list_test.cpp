@@ -234,6 +234,20 @@ TEST_P(documents_list, goes_on_showing_the_names_of_what_is_retired) {
         << "who is retired is in no picker any more";
 }
 
+TEST_P(documents_list, shows_a_document_beside_one_that_lost_its_number) {
+    receive({line()}, 7);
+    const auto hurt = receive({line()}, 7);
+    in->write([](store::connection& with) {
+        with.execute({"", "UPDATE document SET sn = NULL WHERE id = (SELECT max(id) FROM document)"}, {});
+    });
+    const auto page = documents(g_in, {.type = 7});
+    ASSERT_EQ(page.list.size(), 2U);
+    EXPECT_EQ(page.list[0].id, hurt);
+    EXPECT_EQ(page.list[0].sn, "");
+    EXPECT_NE(page.list[1].sn, "");
+    EXPECT_FALSE(in->read([](store::connection& with) { return check(with); }).empty());
+}
+
 TEST_P(documents_list, shows_lines_in_their_order_to_who_may_view_the_kind) {
     const auto category = add(test::g_categories, "类");
     auto second = line(2);

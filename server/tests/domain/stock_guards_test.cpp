@@ -32,6 +32,25 @@ TEST_P(stock_guards, a_product_on_hand_stays) {
     EXPECT_EQ(in->on_hand(row), 0);
 }
 
+TEST_P(stock_guards, a_movement_is_never_changed_or_deleted) {
+    in->bring_in(10);
+    const auto kept = [&](const std::string& sql) {
+        try {
+            in->write([&](store::connection& with) { with.execute({"", sql}, {}); });
+            return false;
+        } catch (const store::error& error) {
+            return error.kind() == store::error_kind::check;
+        }
+    };
+    EXPECT_TRUE(kept("UPDATE movement SET amount = amount + 1"));
+    EXPECT_TRUE(kept("UPDATE movement SET moved_at = 0"));
+    EXPECT_TRUE(kept("DELETE FROM movement"));
+    EXPECT_TRUE(GetParam() == "sqlite" || kept("TRUNCATE movement"));
+    EXPECT_EQ(in->number("SELECT sum(amount) FROM movement"), 10);
+    in->bring_in(5);
+    EXPECT_EQ(in->number("SELECT sum(amount) FROM movement"), 15) << "it may grow";
+}
+
 TEST_P(stock_guards, a_warehouse_with_stock_stays) {
     const auto empty = in->open(one, test::some_warehouse("空"), in->handler);
     const auto row = in->bring_in(10);

@@ -44,7 +44,8 @@ protected:
         const auto line = counted(stock, sys, real);
         const auto draft = counting(who, {line});
         return [=](store::connection& with) {
-            const auto reason = close_taking(with, who, draft, {line.what.total, line.what.amount}, g_now);
+            const auto reason =
+                close_taking(with, who, draft, document_sums{line.what.total, line.what.amount}, g_now);
             if (!reason.empty()) throw refused(reason);
         };
     }

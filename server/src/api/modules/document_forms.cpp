@@ -94,6 +94,17 @@ void header_arrived(context& request, std::string_view module) {
     forget_answers(request, module);
 }
 
+void answer_line(context& request, domain::document_module which, const std::function<void()>& add) {
+    const auto& form = request.form;
+    *request.refusal = domain::add_or_spoil(
+        *request.db, *request.who, which, [&form] { return form.integer("main_id"); },
+        [&] {
+            if (!form.has("price")) throw domain::refused("the line cannot be read");
+            add();
+        });
+    request.answer = request.refusal->empty() ? "1" : "0";
+}
+
 void answer_closing(context& request, std::string why_not, std::span<const std::string_view> modules) {
     for (const auto module : modules)
         forget_answers(request, module);

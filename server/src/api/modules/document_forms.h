@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -7,6 +9,7 @@
 #include "api/endpoint.h"
 #include "api/json_writer.h"
 #include "domain/documents.h"
+#include "domain/refused.h"
 
 namespace tavrok::api {
 
@@ -38,6 +41,17 @@ void write_people(json_writer& json, const domain::document_record& one);
  */
 void header_arrived(context& request, std::string_view module);
 
+/** Answers whether a line was added to the draft that it names. A draft that lacks one is spoilt. */
+void answer_line(context& request, domain::document_module which, const std::function<void()>& add);
+/** What a closing call carries; none where that cannot be read: its draft is dropped all the same. */
+template <typename reader>
+auto readable(reader read) -> std::optional<decltype(read())> {
+    try {
+        return read();
+    } catch (const domain::refused&) {
+        return std::nullopt;
+    }
+}
 /** Answers whether a closing call made the document; why not, where it says so, goes to the log. Whoever
  * closes a draft has the answers to its header and lines: when these come once more with the same bytes they
  * are a new save, also where this service does not know yet that the former answers arrived. */

@@ -80,11 +80,12 @@ void do_add(context& request, document_module which) {
 
 void add_line(context& request, const module_words& words) {
     const auto& form = request.form;
-    auto line = line_of(form);
-    read_row(form, line);
-    domain::add_line(*request.db, *request.who, words.which, form.integer("main_id"), line);
-    header_arrived(request, words.module);
-    request.answer = "1";
+    answer_line(request, words.which, [&] {
+        auto line = line_of(form);
+        read_row(form, line);
+        domain::add_line(*request.db, *request.who, words.which, form.integer("main_id"), line);
+        header_arrived(request, words.module);
+    });
 }
 
 void update_total(context& request, const module_words& words, const domain::session_limits& limits) {
@@ -92,7 +93,7 @@ void update_total(context& request, const module_words& words, const domain::ses
     const std::array<std::string_view, 2> modules{words.module, words.detail_module};
     answer_closing(request,
                    domain::close_draft(*request.db, *request.who, words.which, form.integer("id"),
-                                       total_of(form), request.now, limits),
+                                       readable([&] { return total_of(form); }), request.now, limits),
                    modules);
 }
 
@@ -156,8 +157,12 @@ std::vector<key> detail_keys(document_module which) {
                           text_key("remark", presence::always)};
     if (which == document_module::outbound) keys.push_back(id_key("stock_id"));
     keys.push_back(text_key("place", presence::always));
-    if (which == document_module::outbound) keys.push_back(text_key("locked_id", presence::always));
+    if (which == document_module::outbound) keys.push_back(token_key("locked_id"));
     return keys;
+}
+
+std::vector<key> closing_keys() {
+    return {id_key("id"), text_key("total", presence::always)};
 }
 
 void add_headers(registry& to, const services& with, const module_words& words) {
@@ -187,7 +192,8 @@ void add_headers(registry& to, const services& with, const module_words& words) 
             .work = write_work{[which](context& request) { do_add(request, which); }}});
     to.add({.module = words.module,
             .action = "update_total",
-            .keys = {id_key("id"), text_key("total", presence::always)},
+            .keys = closing_keys(),
+            .other_keys = first_alone(closing_keys()),
             .answer = form::count,
             .allowed = on_any_page(words.pages, "add"),
             .work = write_work{[words, &limits](context& request) { update_total(request, words, limits); }},
@@ -207,6 +213,7 @@ void add_lines(registry& to, const module_words& words) {
     to.add({.module = words.detail_module,
             .action = "do_add",
             .keys = detail_keys(which),
+            .other_keys = first_alone(detail_keys(which)),
             .answer = form::count,
             .allowed = on_any_page(words.pages, "add"),
             .work = write_work{[words](context& request) { add_line(request, words); }}});

@@ -98,7 +98,7 @@ void add_stock_allot(registry& to, const services& with) {
                      integer_key("amount", 0, domain::g_highest_amount), text_key("total", presence::always),
                      text_key("remark", presence::always), id_key("stock_id"),
                      text_key("place", presence::always), text_key("warehouse", presence::always),
-                     text_key("locked_id", presence::always)},
+                     token_key("locked_id")},
             .answer = form::count,
             .allowed = added,
             .work = write_work{[&limits](context& request) { add_line(request, limits); }}});

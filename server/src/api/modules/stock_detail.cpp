@@ -11,14 +11,13 @@
 #include "domain/refused.h"
 #include "domain/repeat.h"
 #include "domain/stock.h"
-#include "domain/text_rules.h"
 
 namespace tavrok::api {
 
 namespace {
 
-constexpr std::size_t token_limit = 1000;
 constexpr std::size_t total_limit = 40;
+constexpr auto inbound = domain::document_module::inbound;
 
 void write_stock(json_writer& json, const domain::stock_item& one) {
     json.open_object().number_text("id", one.id).number_text("warehouse", one.warehouse);
@@ -47,15 +46,24 @@ void get_page(context& request, domain::count_cache& counts) {
 }
 
 void do_add(context& request) {
-    domain::announce_stock(*request.db, *request.who, line_of(request.form));
-    // It follows its line's answer: the same line again is another one.
-    domain::forget(*request.db, *request.who, "wms_instore_detail/do_add");
-    request.answer = "1";
+    *request.refusal = domain::add_or_spoil(
+        *request.db, *request.who, inbound,
+        [&] { return domain::newest_draft(*request.db, *request.who, inbound); },
+        [&] {
+            domain::announce_stock(*request.db, *request.who, line_of(request.form));
+            // It follows its line's answer: the same line again is another one.
+            domain::forget(*request.db, *request.who, "wms_instore_detail/do_add");
+        });
+    request.answer = request.refusal->empty() ? "1" : "0";
 }
 
-/** The announcement does not say which save it belongs to: that of the line that it was sent after. */
+/** The announcement does not say which save it belongs to: that of the line that it was sent after, or of the
+ * draft that lacks this line. */
 std::string line_announced(context& request) {
-    return std::to_string(domain::line_announced(*request.db, *request.who, line_of(request.form)));
+    const auto line =
+        readable([&] { return domain::line_announced(*request.db, *request.who, line_of(request.form)); });
+    if (line.value_or(0) != 0) return std::to_string(*line);
+    return "draft " + std::to_string(domain::newest_draft(*request.db, *request.who, inbound));
 }
 
 /** Which screens claim stock for what: whoever may add there may claim. */
@@ -95,9 +103,7 @@ void lock_stock(context& request, const domain::session_limits& limits) {
 void unlock_stock(context& request) {
     const auto& form = request.form;
     demand_use(*request.who, static_cast<domain::claim_use>(form.integer("lock_type")));
-    const std::string token(form.text("locked_id"));
-    domain::check_text("locked_id", token, token_limit);
-    domain::give_back_claim(*request.db, *request.who, token, request.now);
+    domain::give_back_claim(*request.db, *request.who, std::string(form.text("locked_id")), request.now);
     request.answer = "1";
 }
 
@@ -150,7 +156,7 @@ void add_stock_detail(registry& to, const services& with) {
          .failure = "0"});
     to.add({.module = "wms_stock_detail",
             .action = "unlock_stock",
-            .keys = {text_key("locked_id", presence::always), use},
+            .keys = {token_key("locked_id"), use},
             .answer = form::count,
             .allowed = to_claim(),
             .work = write_work{unlock_stock},

@@ -53,8 +53,7 @@ void do_add(context& request) {
     write_added(request.answer, domain::open_draft(*request.db, *request.who, which, header, request.now));
 }
 
-void add_line(context& request) {
-    const auto& form = request.form;
+domain::taking_line taking_line_of(const fields& form) {
     domain::taking_line line;
     line.what.product = form.integer("product");
     line.what.price = price_of(form);
@@ -66,15 +65,23 @@ void add_line(context& request) {
     read_row(form, line.what);
     line.sys_amount = form.integer("sys_amount");
     line.real_amount = form.integer("real_amount");
-    domain::add_taking_line(*request.db, *request.who, form.integer("main_id"), line);
-    header_arrived(request, "wms_stock_taking");
-    request.answer = "1";
+    return line;
+}
+
+void add_line(context& request) {
+    answer_line(request, which, [&] {
+        domain::add_taking_line(*request.db, *request.who, request.form.integer("main_id"),
+                                taking_line_of(request.form));
+        header_arrived(request, "wms_stock_taking");
+    });
 }
 
 void update_profitloss(context& request, const domain::session_limits& limits) {
     const auto& form = request.form;
-    const domain::document_sums told{signed_total_of(form, "profitloss_total"),
+    const auto told = readable([&] {
+        return domain::document_sums{signed_total_of(form, "profitloss_total"),
                                      form.integer("profitloss_amount")};
+    });
     answer_closing(
         request,
         domain::close_taking(*request.db, *request.who, form.integer("id"), told, request.now, limits),
@@ -94,7 +101,12 @@ std::vector<key> detail_keys() {
             id_key("warehouse"),
             id_key("stock_id"),
             text_key("place", presence::always),
-            text_key("locked_id", presence::always)};
+            token_key("locked_id")};
+}
+
+std::vector<key> closing_keys() {
+    return {id_key("id"), integer_key("profitloss_amount", -any, any),
+            text_key("profitloss_total", presence::always)};
 }
 
 void add_reading(registry& to, domain::count_cache& counts) {
@@ -129,13 +141,14 @@ void add_stock_taking(registry& to, const services& with) {
     to.add({.module = "wms_stock_taking_detail",
             .action = "do_add",
             .keys = detail_keys(),
+            .other_keys = first_alone(detail_keys()),
             .answer = form::count,
             .allowed = added,
             .work = write_work{add_line}});
     to.add({.module = "wms_stock_taking",
             .action = "update_profitloss",
-            .keys = {id_key("id"), integer_key("profitloss_amount", -any, any),
-                     text_key("profitloss_total", presence::always)},
+            .keys = closing_keys(),
+            .other_keys = first_alone(closing_keys()),
             .answer = form::count,
             .allowed = added,
             .work = write_work{[&limits](context& request) { update_profitloss(request, limits); }},

@@ -47,7 +47,8 @@ const statement g_retired{
 
 const listing g_document_list{
     "document", "document", "state = 1",
-    "t.id, t.type, t.sn, t.added_at, t.operater, e.name, t.writer, u.realname, t.partner, coalesce(p.name, "
+    "t.id, t.type, coalesce(t.sn, ''), t.added_at, t.operater, e.name, t.writer, u.realname, t.partner, "
+    "coalesce(p.name, "
     "''), "
     "t.has_dept, t.dept, coalesce(d.name, ''), t.total, t.remark, t.difference, t.warehouse_out, "
     "coalesce(o.name, ''), t.warehouse_in, coalesce(i.name, '')",

@@ -15,7 +15,12 @@ const statement g_hold{
     "draft_hold",
     "UPDATE draft SET lines = lines WHERE company = ? AND id = ? AND session = ? AND module = ? "
     "RETURNING type, user_id, opened_at, operater, partner, dept, has_dept, remark, lines, warehouse_out, "
-    "warehouse_in, document"};
+    "warehouse_in, document, spoilt"};
+const statement g_spoil{
+    "draft_spoil", "UPDATE draft SET spoilt = 1 WHERE company = ? AND id = ? AND session = ? AND module = ?"};
+const statement g_newest{"draft_newest",
+                         "SELECT coalesce(max(id), 0) FROM draft WHERE company = ? AND session = ? AND "
+                         "module = ?"};
 const statement g_count_line{"draft_count_line",
                              "UPDATE draft SET lines = lines + 1 WHERE company = ? AND id = ?"};
 const statement g_count_document_line{
@@ -25,20 +30,22 @@ const statement g_insert_line{
     "draft_line_insert",
     "INSERT INTO draft_line (company, draft, product, price, amount, warehouse, place, remark, stock, token, "
     "total, sys_amount) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) RETURNING id"};
-const statement g_announce{
-    "draft_line_announce",
-    "UPDATE draft_line SET stocked = 1 WHERE company = ? AND stocked = 0 AND id = (SELECT max(l.id) FROM "
-    "draft d "
-    "JOIN draft_line l ON l.company = d.company AND l.draft = d.id WHERE d.company = ? AND d.session = ? AND "
-    "d.module = 1 AND l.stocked = 0 AND l.product = ? AND l.price = ? AND l.amount = ? AND l.warehouse = ? "
-    "AND "
-    "l.place = ? AND l.remark = ?)"};
-const statement g_latest_like{"draft_line_latest_like",
-                              "SELECT coalesce(max(l.id), 0) FROM draft d JOIN draft_line l ON l.company = "
-                              "d.company AND l.draft = d.id "
-                              "WHERE d.company = ? AND d.session = ? AND d.module = 1 AND l.product = ? AND "
-                              "l.price = ? AND l.amount = ? "
-                              "AND l.warehouse = ? AND l.place = ? AND l.remark = ?"};
+
+/** The latest inbound line of a session that says the same, looked for draft by draft from the newest line
+ * backwards: however many lines there are, the one that was written last is found at once. */
+std::string latest_like(const std::string& and_also) {
+    return "(SELECT max((SELECT l.id FROM draft_line l WHERE l.company = d.company AND l.draft = d.id AND "
+           "l.product = ? AND l.price = ? AND l.amount = ? AND l.warehouse = ? AND l.place = ? AND "
+           "l.remark = ?" +
+           and_also +
+           " ORDER BY l.id DESC LIMIT 1)) FROM draft d WHERE d.company = ? AND d.session = ? AND "
+           "d.module = 1)";
+}
+
+const statement g_announce{"draft_line_announce",
+                           "UPDATE draft_line SET stocked = 1 WHERE stocked = 0 AND id = " +
+                               latest_like(" AND l.stocked = 0") + " AND company = ?"};
+const statement g_latest_like{"draft_line_latest_like", "SELECT coalesce(" + latest_like("") + ", 0)"};
 const statement g_lines{"draft_lines",
                         "SELECT id, product, price, amount, warehouse, place, remark, stock, token, stocked, "
                         "total, sys_amount "
@@ -93,9 +100,23 @@ std::optional<draft_record> hold_draft(connection& with, std::int64_t company, s
         made.warehouse_out = optional_at(one, 9);
         made.warehouse_in = optional_at(one, 10);
         made.document = optional_at(one, 11);
+        made.spoilt = one.integer(12) != 0;
         found = made;
     });
     return found;
+}
+
+void spoil_draft(connection& with, std::int64_t company, std::int64_t session, document_module module,
+                 std::int64_t id) {
+    with.execute(g_spoil, {company, id, session, static_cast<std::int64_t>(module)});
+}
+
+std::int64_t newest_draft(connection& with, std::int64_t company, std::int64_t session,
+                          document_module module) {
+    std::int64_t id = 0;
+    with.query(g_newest, {company, session, static_cast<std::int64_t>(module)},
+               [&](const row& one) { id = one.integer(0); });
+    return id;
 }
 
 std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int64_t draft,
@@ -111,8 +132,8 @@ std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int6
 
 bool announce_stock(connection& with, std::int64_t company, std::int64_t session,
                     const draft_line_record& like) {
-    return with.execute(g_announce, {company, company, session, like.product, like.price, like.amount,
-                                     like.warehouse, like.place, like.remark}) != 0;
+    return with.execute(g_announce, {like.product, like.price, like.amount, like.warehouse, like.place,
+                                     like.remark, company, session, company}) != 0;
 }
 
 std::int64_t latest_line_like(connection& with, std::int64_t company, std::int64_t session,
@@ -120,7 +141,7 @@ std::int64_t latest_line_like(connection& with, std::int64_t company, std::int64
     std::int64_t id = 0;
     with.query(
         g_latest_like,
-        {company, session, like.product, like.price, like.amount, like.warehouse, like.place, like.remark},
+        {like.product, like.price, like.amount, like.warehouse, like.place, like.remark, company, session},
         [&](const row& one) { id = one.integer(0); });
     return id;
 }

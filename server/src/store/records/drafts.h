@@ -28,6 +28,7 @@ struct draft_record {
     std::optional<std::int64_t> warehouse_out{}; /**< of a transfer, as the next */
     std::optional<std::int64_t> warehouse_in{};
     std::optional<std::int64_t> document{}; /**< which the first line of a transfer made */
+    bool spoilt{false};                     /**< something that belongs to it was refused */
 };
 
 /** A line of a draft, and of a document as it is made. */
@@ -40,7 +41,7 @@ struct draft_line_record {
     std::string place{};
     std::string remark{};
     std::int64_t stock{0};                    /**< the row that it takes from or counts */
-    std::string token{};                      /**< the claim that it names, as it came */
+    std::string token{};                      /**< the claim that it names; may be no claim's */
     bool stocked{false};                      /**< inbound: its stock was announced */
     std::int64_t total{0};                    /**< in hundredths */
     std::optional<std::int64_t> sys_amount{}; /**< stocktaking: what the system held */
@@ -54,6 +55,12 @@ std::int64_t drafts_of_session(connection& with, std::int64_t company, std::int6
  * session's or another module's. */
 std::optional<draft_record> hold_draft(connection& with, std::int64_t company, std::int64_t session,
                                        document_module module, std::int64_t id);
+/** Notes that something that belongs to a draft of the session was refused. */
+void spoil_draft(connection& with, std::int64_t company, std::int64_t session, document_module module,
+                 std::int64_t id);
+/** The draft that the session opened last; 0 where there is none. */
+std::int64_t newest_draft(connection& with, std::int64_t company, std::int64_t session,
+                          document_module module);
 /** Gives the id. The draft is held. */
 std::int64_t insert_draft_line(connection& with, std::int64_t company, std::int64_t draft,
                                const draft_line_record& what);
