@@ -40,7 +40,7 @@ public:
 
     std::string product, warehouse, supplier, client, other, department, employee;
 
-private:
+protected:
     way m_way;
 };
 

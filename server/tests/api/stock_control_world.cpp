@@ -6,13 +6,19 @@ stock_control_world::stock_control_world(way to) : documents_world(std::move(to)
     second_warehouse = added("wms_warehouse/do_add", "name=分仓&keeper=" + employee + "&isdefault=0");
 }
 
+stock_control_world stock_control_world::by(way way_to) const {
+    auto same = *this;
+    same.m_way = std::move(way_to);
+    return same;
+}
+
 std::string stock_control_world::counted(const std::string& stock, int sys, int real,
                                          const std::string& price, const std::string& money,
-                                         const std::string& claim) const {
+                                         const std::string& claim, const std::string& remark) const {
     return "&product=" + product + "&price=" + price + "&sys_amount=" + std::to_string(sys) +
            "&real_amount=" + std::to_string(real) + "&profitloss_amount=" + std::to_string(real - sys) +
-           "&profitloss_total=" + money + "&remark=&warehouse=" + warehouse + "&stock_id=" + stock +
-           "&place=A-1&locked_id=" + claim;
+           "&profitloss_total=" + money + "&remark=" + remark + "&warehouse=" + warehouse +
+           "&stock_id=" + stock + "&place=A-1&locked_id=" + claim;
 }
 
 std::string stock_control_world::taking_draft(const std::string& line) {
@@ -35,9 +41,9 @@ std::string stock_control_world::transfer_header() const {
 
 std::string stock_control_world::moved(const std::string& stock, const std::string& amount,
                                        const std::string& price, const std::string& total,
-                                       const std::string& claim) const {
+                                       const std::string& claim, const std::string& remark) const {
     return "&product=" + product + "&price=" + price + "&amount=" + amount + "&total=" + total +
-           "&remark=搬&stock_id=" + stock + "&place=Z-9&warehouse=&locked_id=" + claim;
+           "&remark=" + remark + "&stock_id=" + stock + "&place=Z-9&warehouse=&locked_id=" + claim;
 }
 
 std::string stock_control_world::transfer(const std::string& stock) {

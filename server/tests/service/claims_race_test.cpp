@@ -1,86 +1,48 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <numeric>
-#include <random>
-#include <thread>
+#include <atomic>
 
-#include "documents_site.h"
+#include "stock_race.h"
 
 namespace tavrok::test {
 
 namespace {
 
-constexpr int g_clients = 32;
-constexpr int g_on_hand = 400;
-
-std::string total_of(int amount) {
-    const auto hundredths = amount * 250;
-    return std::to_string(hundredths / 100) + (hundredths % 100 == 0 ? ".00" : ".50");
-}
-
-std::string claim(documents_world& by, const std::string& stock, int amount) {
-    return by.ask("wms_stock_detail/lock_stock",
-                  "lock_type=3&id=" + stock + "&amount=" + std::to_string(amount) + "&total=1");
-}
-
-void write_outbound(documents_world& by, const std::string& stock, int amount, const std::string& token) {
-    const auto text = std::to_string(amount);
-    const auto draft = by.outbound_draft(stock, text, "2.50", total_of(amount), token);
-    EXPECT_EQ(by.ask("wms_outstore/update_total", "id=" + draft + "&total=" + total_of(amount)), "1")
-        << "what is claimed can be taken";
-}
-
 /** Claims and takes what it gets until nothing is free; gives how much it took. */
-int take_all(const documents_world& goods, unsigned short port, const actor& who, const std::string& stock,
-             std::uint32_t seed) {
-    wire link(port, who.cookie);
-    auto by = goods.by(documents_site::through(link));
-    std::mt19937 chance(seed);
+int take_all(stock_race::client& one, const std::string& stock) {
     int taken = 0;
     for (int given_back = 0;;) {
-        int amount = 2 + static_cast<int>(chance() % 8);
-        auto token = claim(by, stock, amount);
-        if (token == "0") token = claim(by, stock, amount = 1);
+        int amount = 2 + static_cast<int>(one.chance() % 8);
+        auto token = claim(one.by, claim_for::outbound, stock, amount);
+        if (token == "0") token = claim(one.by, claim_for::outbound, stock, amount = 1);
         if (token == "0") return taken;
-        if (given_back < 3 && chance() % 4 == 0) {
+        if (given_back < 3 && one.chance() % 4 == 0) {
             ++given_back;
-            EXPECT_EQ(by.ask("wms_stock_detail/unlock_stock", "locked_id=" + token + "&lock_type=3"), "1");
+            give_back(one.by, claim_for::outbound, token);
             continue;
         }
-        write_outbound(by, stock, amount, token);
+        sell(one.by, stock, amount, token);
         taken += amount;
-        if (chance() % 8 == 0) {
-            const auto draft = by.inbound_draft("1", "2.50", "2.50");
-            EXPECT_EQ(by.ask("wms_instore/update_total", "id=" + draft + "&total=2.50"), "1");
+        if (one.chance() % 8 == 0) {
+            const auto draft = one.by.inbound_draft("1", "2.50", "2.50");
+            EXPECT_EQ(one.by.ask("wms_instore/update_total", "id=" + draft + "&total=2.50"), "1");
         }
     }
 }
 
-/** All clients on one row, spread over the services; nobody gets what another has. */
-void race(documents_site& site, const std::vector<unsigned short>& ports) {
-    wire link(ports.front(), site.actors().front().cookie);
-    auto goods = documents_world(documents_site::through(link));
-    const auto stock = goods.stock(std::to_string(g_on_hand), "2.50", total_of(g_on_hand));
-    std::vector<int> taken(g_clients, 0);
-    std::vector<std::thread> clients;
-    for (int one = 0; one < g_clients; ++one) {
-        clients.emplace_back([&, at = static_cast<std::size_t>(one)] {
-            taken[at] = take_all(goods, ports[at % ports.size()], site.actors()[at], stock,
-                                 static_cast<std::uint32_t>(at));
-        });
-    }
-    for (auto& one : clients)
-        one.join();
-    const int sum = std::accumulate(taken.begin(), taken.end(), 0);
-    EXPECT_LE(sum, g_on_hand);
-    EXPECT_GT(sum, g_on_hand / 2);
-    if (const int left = g_on_hand - sum; left > 0) {
-        const auto token = claim(goods, stock, left);
+/** All clients on one row; nobody gets what another has. */
+void race(stock_race& on) {
+    std::atomic<int> sum{0};
+    on.all([&](stock_race::client& one) { sum += take_all(one, on.row()); });
+    EXPECT_LE(sum, stock_race::on_hand);
+    EXPECT_GT(sum, stock_race::on_hand / 2);
+    if (const int left = stock_race::on_hand - sum; left > 0) {
+        const auto token = claim(on.goods(), claim_for::outbound, on.row(), left);
         ASSERT_NE(token, "0") << "what is left is free: " << left;
-        write_outbound(goods, stock, left, token);
+        sell(on.goods(), on.row(), left, token);
     }
-    EXPECT_EQ(claim(goods, stock, 1), "0");
+    EXPECT_EQ(claim(on.goods(), claim_for::outbound, on.row(), 1), "0");
+    on.finish();
 }
 
 /** The same bytes to two services, which meet: both have looked whether the request is a repeat before either
@@ -126,6 +88,30 @@ std::string first_of(const boost::json::value& page) {
     return std::string(page.at("list").at(0).at("id").as_string());
 }
 
+/** Finds one more than there were in the row, which is all free; then moves one away and back. */
+void count_and_move(stock_control_world& both, stock_control_world& goods, const std::string& stock,
+                    int round) {
+    const auto remark = "r" + std::to_string(round);
+    const auto people = "&operater=" + both.employee + "&writer=&remark=" + remark;
+    const auto taking = both.added("wms_stock_taking/do_add", people);
+    const auto hold = claim(both, claim_for::taking, stock, 0);
+    EXPECT_EQ(
+        both.ask("wms_stock_taking_detail/do_add",
+                 "main_id=" + taking + both.counted(stock, round, round + 1, "2.50", "2.00", hold, remark)),
+        "1");
+    EXPECT_EQ(both.ask("wms_stock_taking/update_profitloss",
+                       "id=" + taking + "&profitloss_amount=1&profitloss_total=2.00"),
+              "1");
+    const auto transfer =
+        both.added("wms_stock_allot/do_add", both.transfer_header() + "&writer=&remark=" + remark);
+    const auto part = claim(both, claim_for::transfer, stock, 1);
+    EXPECT_EQ(both.ask("wms_stock_allot_detail/do_add",
+                       "main_id=" + transfer + both.moved(stock, "1", "2.50", "2.50", part, remark)),
+              "1");
+    const auto document = first_of(goods.page("wms_stock_allot/get_page", "remark=" + remark));
+    EXPECT_EQ(both.ask("wms_stock_allot/do_delete", "id=" + document), "1");
+}
+
 class claims_race : public testing::TestWithParam<std::string> {
 protected:
     void SetUp() override { SKIP_WITHOUT(GetParam()); }
@@ -134,23 +120,15 @@ protected:
 } // namespace
 
 TEST_P(claims_race, many_clients_get_what_was_in_the_row_and_no_more) {
-    documents_site site(GetParam(), g_clients);
-    const auto service = site.start();
-    race(site, {service->port()});
-    EXPECT_EQ(service->stop(), 0);
-    EXPECT_EQ(site.faults(), "");
+    stock_race on(GetParam(), 1);
+    race(on);
 }
 
 TEST(claims_race_postgresql, nor_do_they_through_two_services) {
     SKIP_WITHOUT("postgresql");
-    documents_site site("postgresql", g_clients);
-    const auto one = site.start();
-    const auto other = site.start();
-    race(site, {one->port(), other->port()});
-    EXPECT_EQ(one->stop(), 0);
-    EXPECT_EQ(other->stop(), 0);
-    EXPECT_EQ(site.faults(), "");
-    EXPECT_GE(number_in(*site.database(), "SELECT count(*) FROM document WHERE module = 1"), 2);
+    stock_race on("postgresql", 2);
+    race(on);
+    EXPECT_GE(on.number("SELECT count(*) FROM document WHERE module = 1"), 2);
 }
 
 TEST(claims_race_postgresql, the_same_bytes_through_two_services_at_once_take_effect_once) {
@@ -176,7 +154,7 @@ TEST(claims_race_postgresql, the_same_bytes_through_two_services_at_once_take_ef
         EXPECT_EQ(both.ask("wms_stock_detail/do_add", line + "&place=A-1"), "1");
         EXPECT_EQ(both.ask("wms_instore/update_total", "id=" + inbound + "&total=" + total), "1");
         const auto stock = first_of(goods.page("wms_stock_detail/get_page", ""));
-        const auto token = claim(both, stock, round);
+        const auto token = claim(both, claim_for::outbound, stock, round);
         const auto idle =
             both.ask("wms_stock_detail/lock_stock", "lock_type=3&id=1001&amount=1&total=" + amount);
         EXPECT_EQ(both.ask("wms_stock_detail/unlock_stock", "locked_id=" + idle + "&lock_type=3"), "1");
@@ -187,6 +165,7 @@ TEST(claims_race_postgresql, the_same_bytes_through_two_services_at_once_take_ef
         EXPECT_EQ(both.ask("wms_outstore/update_total", "id=" + outbound + "&total=" + total), "1");
         const auto document = first_of(goods.page("wms_outstore/get_page", "outstore_type=2"));
         EXPECT_EQ(both.ask("wms_outstore/do_delete", "id=" + document), "1");
+        count_and_move(both, goods, stock, round);
         both.added("wms_company/do_add", "type=2&name=乙" + amount + "&phone=1&address=路");
     }
     site.database().close();
@@ -196,10 +175,13 @@ TEST(claims_race_postgresql, the_same_bytes_through_two_services_at_once_take_ef
     auto& found = *site.database();
     EXPECT_EQ(number_in(found, "SELECT count(*) FROM document WHERE module = 1"), rounds + 1);
     EXPECT_EQ(number_in(found, "SELECT count(*) FROM document WHERE module = 2 AND state = 2"), rounds);
-    EXPECT_EQ(number_in(found, "SELECT count(*) FROM document_line"), 2 * rounds + 1);
-    EXPECT_EQ(number_in(found, "SELECT count(*) FROM claim WHERE state = 2"), rounds);
-    EXPECT_EQ(number_in(found, "SELECT count(*) FROM claim"), 2 * rounds);
-    EXPECT_EQ(number_in(found, "SELECT count(*) FROM draft"), 0);
+    EXPECT_EQ(number_in(found, "SELECT count(*) FROM document WHERE module = 3 AND state = 1"), rounds);
+    EXPECT_EQ(number_in(found, "SELECT count(*) FROM document WHERE module = 4 AND state = 2"), rounds);
+    EXPECT_EQ(number_in(found, "SELECT count(*) FROM document"), 4 * rounds + 1);
+    EXPECT_EQ(number_in(found, "SELECT count(*) FROM document_line"), 4 * rounds + 1);
+    EXPECT_EQ(number_in(found, "SELECT count(*) FROM claim WHERE state = 2"), 3 * rounds);
+    EXPECT_EQ(number_in(found, "SELECT count(*) FROM claim"), 4 * rounds);
+    EXPECT_EQ(number_in(found, "SELECT count(*) FROM draft WHERE document IS NULL"), 0);
     EXPECT_EQ(number_in(found, "SELECT count(*) FROM partner"), rounds + 3);
 }
 

@@ -32,7 +32,7 @@ protected:
         m_chance.seed(m_seed);
         m_site = std::make_unique<documents_site>(GetParam(), g_clerks);
         const auto service = m_site->start();
-        m_world = std::make_unique<documents_world>(m_site->furnish(service->port()));
+        m_world = std::make_unique<stock_control_world>(m_site->furnish(service->port()));
         ASSERT_EQ(service->stop(), 0);
         for (const auto& one : m_site->actors())
             m_clerks.push_back(std::make_unique<document_clerk>(*m_world, one, m_chance()));
@@ -88,10 +88,17 @@ protected:
         return all;
     }
 
+    std::int64_t documents(int module) const {
+        std::int64_t all = 0;
+        for (const auto& one : m_clerks)
+            all += one->documents(module);
+        return all;
+    }
+
     std::uint32_t m_seed{0};
     std::mt19937 m_chance;
     std::unique_ptr<documents_site> m_site;
-    std::unique_ptr<documents_world> m_world;
+    std::unique_ptr<stock_control_world> m_world;
     std::vector<std::unique_ptr<document_clerk>> m_clerks;
 };
 
@@ -112,12 +119,16 @@ TEST_P(crash, a_killed_service_lost_nothing_that_it_acknowledged_and_left_nothin
     EXPECT_EQ(service->stop(), 0);
     prove();
     const auto all = sum();
+    std::cout << GetParam() << ": inbound " << documents(1) << ", outbound " << documents(2)
+              << ", stocktakings " << documents(3) << ", transfers " << documents(4) << "\n";
     std::cout << GetParam() << ": " << kills() << " kills, " << all.acknowledged << " deeds acknowledged, "
               << all.refused << " refused, " << all.unknown << " unknown, " << all.resent
               << " of them resent and answered, " << all.replays
               << " found to have taken effect before (TAVROK_SEED=" << m_seed << ")\n";
     EXPECT_GT(all.acknowledged, kills() * 10);
     EXPECT_GT(all.unknown, 0);
+    for (const int module : {1, 2, 3, 4})
+        EXPECT_GT(documents(module), 0) << "module " << module;
 }
 
 TEST_P(crash, a_service_that_is_told_to_stop_answers_what_it_has_taken) {

@@ -75,9 +75,9 @@ documents_world::way documents_site::through(wire& link) {
     return [&link](const std::string& path, const std::string& body) { return link.answer(path, body); };
 }
 
-documents_world documents_site::furnish(unsigned short port) const {
+stock_control_world documents_site::furnish(unsigned short port) const {
     const auto link = std::make_shared<wire>(port, m_actors.front().cookie);
-    return documents_world(
+    return stock_control_world(
         [link](const std::string& path, const std::string& body) { return link->answer(path, body); });
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "api/documents_world.h"
+#include "api/stock_control_world.h"
 #include "running_service.h"
 #include "support/scratch_database.h"
 
@@ -46,7 +46,7 @@ public:
 
     std::unique_ptr<running_service> start();
     /** Makes what documents name, over the wire; the first user does it. */
-    documents_world furnish(unsigned short port) const;
+    stock_control_world furnish(unsigned short port) const;
     /** A world whose requests go through that connection. */
     static documents_world::way through(wire& link);
     /** What is wrong once no service runs any more: the findings of `tavrok_wmsd check` and of the books, ""

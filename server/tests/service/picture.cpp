@@ -6,13 +6,18 @@ namespace tavrok::test {
 
 namespace {
 
-/** Remark, module, state, id; then remark, amount, stock and announcement of a line, null without one. */
+/** Remark, module, state, id; then remark, amount, stock, announcement or arrival, and system's figure of a
+ * line, null without one. A transfer's draft that has become a document is that document. */
 constexpr const char* g_drafts =
-    "SELECT d.remark, d.module, 0, d.id, l.remark, l.amount, l.stock, l.stocked FROM draft d "
-    "LEFT JOIN draft_line l ON l.draft = d.id WHERE d.user_id = ? ORDER BY d.id, l.id";
+    "SELECT d.remark, d.module, 0, d.id, l.remark, l.amount, l.stock, l.stocked, coalesce(l.sys_amount, 0) "
+    "FROM draft d LEFT JOIN draft_line l ON l.draft = d.id "
+    "WHERE d.user_id = ? AND d.document IS NULL ORDER BY d.id, l.id";
 constexpr const char* g_documents =
-    "SELECT d.remark, d.module, d.state, d.id, l.remark, l.amount, l.stock, 1 FROM document d "
-    "LEFT JOIN document_line l ON l.document = d.id WHERE d.writer = ? ORDER BY d.id, l.id";
+    "SELECT d.remark, d.module, d.state, d.id, l.remark, l.amount, l.stock, CASE WHEN d.module = 1 THEN 1 "
+    "WHEN d.module = 4 THEN (SELECT count(*) FROM movement m JOIN stock s ON s.id = m.stock "
+    "WHERE m.company = l.company AND m.line = l.id AND m.stock = l.stock_in AND m.amount = l.amount "
+    "AND s.warehouse = d.warehouse_in AND s.place = l.place) ELSE 0 END, coalesce(l.sys_amount, 0) "
+    "FROM document d LEFT JOIN document_line l ON l.document = d.id WHERE d.writer = ? ORDER BY d.id, l.id";
 constexpr const char* g_claims = "SELECT token, stock, amount, use, state FROM claim WHERE user_id = ?";
 
 template <typename kept_t>
@@ -26,16 +31,16 @@ void take_papers(store::connection& with, const char* sql, std::int64_t user, pi
     std::int64_t last = 0;
     paper* current = nullptr;
     with.query({"", sql}, {user}, [&](const store::row& one) {
-        const bool inbound = one.integer(1) == 1;
+        const auto module = static_cast<int>(one.integer(1));
         if (one.integer(3) != last) {
             last = one.integer(3);
             current = &into.papers[free_name(into.papers, std::string(one.text(0)))];
-            current->module = inbound ? 1 : 2;
+            current->module = module;
             current->state = static_cast<paper_state>(one.integer(2));
         }
         if (one.null(4)) return;
         current->lines[free_name(current->lines, std::string(one.text(4)))] = {
-            one.integer(5), inbound ? 0 : one.integer(6), inbound && one.integer(7) != 0};
+            one.integer(5), module == 1 ? 0 : one.integer(6), one.integer(8), one.integer(7) == 1};
     });
 }
 
@@ -43,7 +48,7 @@ std::string words(const paper& one) {
     std::ostringstream text;
     text << "module " << one.module << " state " << static_cast<int>(one.state) << " lines";
     for (const auto& [remark, line] : one.lines)
-        text << " [" << remark << " " << line.amount << " of " << line.stock
+        text << " [" << remark << " " << line.amount << " of " << line.stock << " sys " << line.sys
              << (line.stocked ? " stocked]" : "]");
     return text.str();
 }

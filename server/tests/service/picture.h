@@ -9,9 +9,12 @@
 namespace tavrok::test {
 
 struct paper_line {
-    std::int64_t amount{0};
-    std::int64_t stock{0}; /**< outbound only */
-    bool stocked{false};   /**< inbound only: its stock was announced */
+    std::int64_t amount{0}; /**< of a stocktaking, the gain or loss */
+    std::int64_t stock{0};  /**< the row that it takes from or counts; inbound ones have none */
+    std::int64_t sys{0};    /**< stocktaking only: what the system held */
+    /** Inbound: its stock was announced. Transfer: its goods came in at the destination, at the line's place.
+     */
+    bool stocked{false};
     bool operator==(const paper_line&) const = default;
 };
 
@@ -19,7 +22,7 @@ enum class paper_state { draft, live, deleted };
 
 /** A draft or a document, whichever it is by now. */
 struct paper {
-    int module{0};
+    int module{0}; /**< as stored: inbound, outbound, stocktaking, transfer */
     paper_state state{paper_state::draft};
     std::map<std::string, paper_line> lines{}; /**< by remark */
     bool operator==(const paper&) const = default;
