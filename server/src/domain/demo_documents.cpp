@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "domain/demo_words.h"
+#include "domain/demo_stock_control.h"
 #include "domain/documents.h"
 #include "domain/employees.h"
 #include "domain/partners.h"
@@ -55,10 +55,11 @@ const std::array<part, 13> g_parts{{
 constexpr std::string_view g_story = "PPPMPOPSSUPBPPSLMPSSrPRSPBsUlPSbMPSUPLSosOMSPRUrlPSBLMbSPUSo";
 /** Those of them that were written by mistake and deleted. */
 constexpr std::array<std::size_t, 3> g_mistakes{13, 19, 41};
+/** What the evening after each pair of them brings: stock is counted, or carried to another warehouse. */
+constexpr std::string_view g_evenings = "  T CT TTC TTC TT CTT CT TC   ";
 
 constexpr std::int64_t g_minute = 60;
 constexpr std::size_t g_return_house = 3;
-constexpr auto g_shelves = std::to_array<const char*>({"A-", "B-", "C-", "T-"});
 
 const part& part_of(char letter) {
     return *std::find_if(g_parts.begin(), g_parts.end(),
@@ -79,11 +80,20 @@ std::int64_t working_time(std::int64_t now, int days, int minutes) {
     return std::mktime(&local);
 }
 
+int days_before(int pair) {
+    return std::max(87 - pair * 3, 1);
+}
+
 std::int64_t time_of(std::size_t number, std::int64_t now) {
     const auto pair = static_cast<int>(number / 2);
     // Afternoons and mornings take turns: a Friday may get a second pair from its weekend.
     const int start = pair % 2 == 0 ? 9 * 60 + pair * 3 : 13 * 60 + 30 + pair * 3;
-    return working_time(now, std::max(87 - pair * 3, 1), start + static_cast<int>(number % 2) * 70);
+    return working_time(now, days_before(pair), start + static_cast<int>(number % 2) * 70);
+}
+
+std::int64_t evening_of(std::size_t pair, std::int64_t now) {
+    const auto day = static_cast<int>(pair);
+    return working_time(now, days_before(day), 16 * 60 + 55 + day * 2);
 }
 
 std::int64_t plausible_amount(std::int64_t price, std::size_t seed) {
@@ -116,8 +126,7 @@ struct batch {
 struct company_stock {
     std::vector<product> products;
     std::map<int, std::vector<std::int64_t>> counterparts; // by part::partner
-    std::vector<std::int64_t> employees;
-    std::vector<std::int64_t> warehouses;
+    demo_premises premises;
 };
 
 company_stock stock_of(store::connection& with, const principal& who) {
@@ -133,9 +142,9 @@ company_stock stock_of(store::connection& with, const principal& who) {
         for (const auto& below : one.child)
             made.counterparts[0].push_back(below.id);
     for (const auto& one : list_employee_options(with, who))
-        made.employees.push_back(one.id);
+        made.premises.employees.push_back(one.id);
     for (const auto& one : list_warehouse_options(with, who))
-        made.warehouses.push_back(one.id);
+        made.premises.warehouses.push_back(one.id);
     return made;
 }
 
@@ -157,16 +166,21 @@ public:
         m_events[what.letter].push_back(std::move(told));
     }
 
+    void end_day(std::size_t pair) {
+        const auto what = g_evenings[pair];
+        if (what == ' ') return;
+        const auto number = m_evenings++;
+        const auto& who = number % 5 == 0 ? m_who.admin : m_who.keeper;
+        const auto act = what == 'C' ? count_demo_stock : carry_demo_stock;
+        for (const auto& one : act(m_with, who, m_from.premises, number, evening_of(pair, m_now)))
+            shift(one);
+    }
+
 private:
     std::int64_t counterpart(const part& what, std::size_t number) const {
         if (what.partner < 0) return 0;
         const auto& all = m_from.counterparts.at(what.partner);
         return all[number * 7 % all.size()];
-    }
-
-    std::string place(std::size_t house, std::size_t number) const {
-        return g_shelves[house % g_shelves.size()] + digits("", 1 + number * 5 % 12, 2) +
-               digits("-", 1 + number * 11 % 40, 2);
     }
 
     event inbound(const part& what, std::size_t number) {
@@ -184,8 +198,8 @@ private:
             line.product = goods.id;
             line.price = share(goods.price, cost);
             line.amount = plausible_amount(line.price, number + i);
-            line.warehouse = m_from.warehouses[house];
-            line.place = place(house, number + i);
+            line.warehouse = m_from.premises.warehouses[house];
+            line.place = demo_place(house, number + i);
             if (number % 5 == 0 && i == 0) line.remark = "外箱有压痕，已验收";
             made.lines.push_back(line);
         }
@@ -201,8 +215,8 @@ private:
         for (std::size_t i = 0; i < made.lines.size(); ++i) {
             auto& line = made.lines[i];
             if (what.letter != 'l') line.amount = share(line.amount, 25);
-            line.warehouse = m_from.warehouses[g_return_house];
-            line.place = place(g_return_house, number + i);
+            line.warehouse = m_from.premises.warehouses[g_return_house];
+            line.place = demo_place(g_return_house, number + i);
         }
         return made;
     }
@@ -216,7 +230,7 @@ private:
             if (!fits(what, made, one)) continue;
             if (what.comes_from != 0) made.counterpart = one.counterpart;
             auto line = one.what;
-            if (what.letter == 'S') line.price = share(line.price, 125);
+            if (what.letter == 'S' && one.origin != 's') line.price = share(line.price, 125);
             line.amount = what.letter == 'b' || (number % 4 == 2 && made.lines.empty())
                               ? one.left
                               : share(one.left, 20 + static_cast<std::int64_t>(number + i) % 4 * 15);
@@ -253,12 +267,26 @@ private:
                 if (one.what.stock == line.stock) one.left -= line.amount;
     }
 
+    void shift(const demo_shift& what) {
+        const auto at = std::find_if(m_batches.begin(), m_batches.end(),
+                                     [&](const batch& one) { return one.what.stock == what.stock; });
+        at->left += what.by;
+        if (what.made == 0) return;
+        auto there = *at;
+        there.what.stock = what.made;
+        there.what.warehouse = what.warehouse;
+        there.what.place = what.place;
+        there.left = -what.by;
+        m_batches.push_back(there);
+    }
+
     /** As a client does it; gives the document's id. */
     std::int64_t write(const part& what, event& told, std::size_t number, std::int64_t when) {
         const auto& writer = m_who.*what.writer;
         document_header header;
         header.type = what.type;
-        header.operater = std::to_string(m_from.employees[number * 3 % m_from.employees.size()]);
+        header.operater =
+            std::to_string(m_from.premises.employees[number * 3 % m_from.premises.employees.size()]);
         header.writer = std::to_string(writer.user);
         if (what.partner == 0) header.dept = told.counterpart;
         if (what.partner > 0) header.partner = told.counterpart;
@@ -284,14 +312,17 @@ private:
     company_stock m_from;
     std::vector<batch> m_batches;
     std::map<char, std::vector<event>> m_events;
+    std::size_t m_evenings{0}; // that had something to do
 };
 
 } // namespace
 
 void tell_documents(store::connection& with, const demo_writers& who, std::int64_t now) {
     narrator one(with, who, now);
-    for (std::size_t number = 0; number < g_story.size(); ++number)
+    for (std::size_t number = 0; number < g_story.size(); ++number) {
         one.tell(number);
+        if (number % 2 == 1) one.end_day(number / 2);
+    }
 }
 
 } // namespace tavrok::domain

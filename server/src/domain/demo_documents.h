@@ -14,8 +14,9 @@ struct demo_writers {
     principal buyer;
 };
 
-/** Sixty documents of all kinds in the 90 days before `now`, three of them deleted again. The company has
- * partners, staff, warehouses and products. */
+/** Sixty inbound and outbound documents of all kinds in the 90 days before `now`, three of them deleted
+ * again, and between them 6 stocktakings and 12 transfers. The company has partners, staff, warehouses and
+ * products. */
 void tell_documents(store::connection& with, const demo_writers& who, std::int64_t now);
 
 } // namespace tavrok::domain

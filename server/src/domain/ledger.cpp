@@ -50,9 +50,10 @@ void post_one(store::connection& with, const principal& by, const posting& line,
         {line.stock, line.amount, line.amount * row.price, line.document, line.line, by.user, now});
 }
 
-/** Rows ascending; on one of them, what comes before what is taken. */
+/** Rows ascending; on one of them, what comes before what is taken. A line of nothing comes with nothing: it
+ * keeps its turn, for it may use up a claim. */
 bool goes_before(const posting& left, const posting& right) {
-    return std::pair(left.stock, left.amount < 0) < std::pair(right.stock, right.amount < 0);
+    return std::pair(left.stock, left.amount <= 0) < std::pair(right.stock, right.amount <= 0);
 }
 
 } // namespace

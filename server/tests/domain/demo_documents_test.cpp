@@ -40,11 +40,14 @@ protected:
 };
 ON_EVERY_ENGINE(demo_documents);
 
-TEST_P(demo_documents, are_sixty_of_all_kinds_by_several_writers) {
+TEST_P(demo_documents, are_of_all_kinds_by_several_writers) {
     fill(g_now);
-    EXPECT_EQ(number("SELECT count(*) FROM document"), 60);
+    EXPECT_EQ(number("SELECT count(*) FROM document WHERE module <= 2"), 60);
+    EXPECT_EQ(number("SELECT count(*) FROM document WHERE module = 3 AND state = 1"), 6);
+    EXPECT_EQ(number("SELECT count(*) FROM document WHERE module = 4 AND state = 1"), 12);
+    EXPECT_EQ(number("SELECT count(*) FROM document"), 78);
     EXPECT_EQ(number("SELECT count(*) FROM document WHERE state = 2"), 3);
-    EXPECT_EQ(number("SELECT count(DISTINCT module * 10 + type) FROM document WHERE state = 1"), 13);
+    EXPECT_EQ(number("SELECT count(DISTINCT module * 10 + type) FROM document WHERE state = 1"), 15);
     EXPECT_EQ(number("SELECT count(DISTINCT writer) FROM document"), 3);
     EXPECT_EQ(number("SELECT count(DISTINCT company) FROM document"), 1);
     EXPECT_GT(number("SELECT count(*) FROM document WHERE remark <> ''"), 25);
@@ -125,6 +128,65 @@ TEST_P(demo_documents, leave_stock_that_makes_sense) {
                      "l.price"),
               10)
         << "sold for more than they had cost";
+}
+
+TEST_P(demo_documents, have_stocktakings_that_are_a_few_off) {
+    fill(g_now);
+    const std::string lines = " FROM document_line l JOIN document d ON d.id = l.document WHERE d.module = 3";
+    EXPECT_EQ(number("SELECT count(*) FROM (SELECT l.document" + lines +
+                     " GROUP BY l.document HAVING count(*) BETWEEN 3 AND 6) t"),
+              6);
+    EXPECT_EQ(number("SELECT count(*)" + lines + " AND (l.amount < -3 OR l.amount > 2)"), 0);
+    EXPECT_GT(number("SELECT count(*)" + lines + " AND l.amount < 0"), 5);
+    EXPECT_GT(number("SELECT count(*)" + lines + " AND l.amount > 0"), 2);
+    EXPECT_GT(number("SELECT count(*)" + lines + " AND l.amount = 0"), 5) << "most shelves are right";
+    EXPECT_EQ(number("SELECT count(*)" + lines + " AND (l.amount = 0) <> (l.remark = '')"), 0)
+        << "what is off is explained";
+    EXPECT_EQ(number("SELECT count(DISTINCT l.document)" + lines + " AND l.amount <> 0"), 6);
+    EXPECT_GT(number("SELECT count(DISTINCT l.warehouse)" + lines), 2);
+    EXPECT_EQ(number("SELECT count(*) FROM (SELECT l.document" + lines +
+                     " GROUP BY l.document HAVING count(DISTINCT l.warehouse) > 1) t"),
+              0)
+        << "one warehouse is counted at a time";
+    EXPECT_EQ(number("SELECT count(*)" + lines + " AND l.total * l.amount < 0"), 0);
+    EXPECT_EQ(number("SELECT count(*) FROM document d WHERE module = 3 AND (difference, total) <> (SELECT "
+                     "sum(amount), sum(total) FROM document_line l WHERE l.document = d.id)"),
+              0);
+}
+
+TEST_P(demo_documents, have_transfers_between_all_warehouses) {
+    fill(g_now);
+    const std::string lines =
+        " FROM document_line l JOIN document d ON d.id = l.document JOIN stock f ON "
+        "f.id = l.stock JOIN stock t ON t.id = l.stock_in WHERE d.module = 4";
+    EXPECT_GT(number("SELECT count(*)" + lines), 20);
+    EXPECT_EQ(number("SELECT count(*)" + lines +
+                     " AND f.warehouse = d.warehouse_out AND t.warehouse = d.warehouse_in AND f.price = "
+                     "t.price AND f.product = t.product AND l.amount > 0"),
+              number("SELECT count(*) FROM document_line WHERE stock_in IS NOT NULL"));
+    EXPECT_EQ(number("SELECT count(DISTINCT warehouse_out) FROM document WHERE module = 4"), 4);
+    EXPECT_EQ(number("SELECT count(DISTINCT warehouse_in) FROM document WHERE module = 4"), 4);
+    EXPECT_GT(number("SELECT count(*)" + lines + " AND f.on_hand > 0"), 5) << "a part stays where it was";
+    EXPECT_GT(number("SELECT count(*)" + lines + " AND t.on_hand < l.amount"), 1) << "some has gone on";
+    EXPECT_EQ(number("SELECT count(*) FROM movement m JOIN document d ON d.id = m.document WHERE m.moved_at "
+                     "< (SELECT s.added_at FROM stock s WHERE s.id = m.stock)"),
+              0)
+        << "nothing leaves a shelf before it came";
+}
+
+TEST_P(demo_documents, are_controlled_by_keeper_and_administrator) {
+    fill(g_now);
+    for (const std::string of : {"module = 3", "module = 4"}) {
+        const auto written_by = [&](const std::string& name) {
+            return number("SELECT count(*) FROM document d JOIN app_user u ON u.id = d.writer WHERE " + of +
+                          " AND u.username = '" + name + "'");
+        };
+        EXPECT_GT(written_by("demo_keeper"), written_by("demo_admin")) << of;
+        EXPECT_GT(written_by("demo_admin"), 0) << of;
+        EXPECT_EQ(written_by("demo_buyer"), 0) << of << ": he may not";
+        EXPECT_GE(number("SELECT count(*) FROM document WHERE remark <> '' AND " + of) * 2,
+                  number("SELECT count(*) FROM document WHERE " + of));
+    }
 }
 
 TEST_P(demo_documents, stand_the_proof) {

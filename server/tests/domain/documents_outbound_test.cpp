@@ -62,6 +62,17 @@ TEST_P(documents_outbound, uses_the_claim_up) {
     ledger_is_right();
 }
 
+TEST_P(documents_outbound, takes_its_lines_on_a_row_in_their_order) {
+    const auto token = claim(boss, stock, 10);
+    const auto nothing = from(stock, 0, token);
+    EXPECT_NE(take({from(stock, 1), nothing}), "") << "a later line frees nothing for an earlier one";
+    as_before(10);
+    EXPECT_EQ(take({nothing, from(stock, 1)}), "");
+    EXPECT_EQ(on_hand(stock), 9);
+    EXPECT_EQ(claims(), 0);
+    ledger_is_right();
+}
+
 TEST_P(documents_outbound, uses_a_claim_up_whole_whatever_the_line_takes) {
     const auto more = claim(boss, stock, 5);
     EXPECT_EQ(take({from(stock, 3, more)}), "") << "less than was claimed";

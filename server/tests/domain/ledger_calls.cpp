@@ -7,6 +7,27 @@ using domain::claim_use;
 using domain::document_line;
 using domain::principal;
 
+namespace {
+
+const char* name_of(domain::document_module what) {
+    using enum domain::document_module;
+    return what == inbound       ? "inbound"
+           : what == outbound    ? "outbound"
+           : what == stocktaking ? "taking"
+                                 : "transfer";
+}
+
+} // namespace
+
+/** More comes in than goes out. */
+ledger_player::module ledger_player::any_module() {
+    const auto what = below(10);
+    return what < 4   ? module::inbound
+           : what < 6 ? module::outbound
+           : what < 8 ? module::stocktaking
+                      : module::transfer;
+}
+
 void ledger_player::step_of_documents(const actor& who) {
     const auto what = below(100);
     if (what < 20) return remove(who);
@@ -27,13 +48,14 @@ void ledger_player::write(const actor& who, module what) {
     if (draft == 0) return;
     const auto lines = 1 + below(3);
     for (int i = 0; i < lines; ++i) {
+        claim_for_line(who, draft, what);
         line(who, draft, what);
         if (one_in(8)) step_of_claims(any(m_actors));
         if (one_in(15)) drop_line(who);
     }
     if (one_in(12)) wait();
     if (one_in(12)) retire();
-    if (!one_in(8)) close(who, draft);
+    if (what == module::transfer ? one_in(20) : !one_in(8)) close(who, draft);
 }
 
 void ledger_player::step_of_claims(const actor& who) {
@@ -109,11 +131,22 @@ document_line ledger_player::some_line(const actor& who, module what) {
 domain::document_header ledger_player::some_header(const actor& who, module what) {
     const auto& of = mine(who).of;
     const auto& foreign = other(who).of;
-    const auto type = 1 + below(what == module::inbound ? 7 : 6);
-    auto made = header_for(of, what, mine(who).oracle.ordinary == who.user.user && !one_in(6) ? 2 : type);
+    const auto kinds = what == module::inbound ? 7 : what == module::outbound ? 6 : 1;
+    const auto type = 1 + below(kinds);
+    const bool usual = mine(who).oracle.ordinary == who.user.user && kinds > 1 && !one_in(6);
+    auto made = header_for(of, what, usual ? 2 : type);
+    if (what == module::transfer || one_in(50)) {
+        const auto& all = mine(who).oracle.warehouses;
+        const auto& rows = mine(who).oracle.stock;
+        const auto full =
+            rows.empty() || one_in(6) ? some_live(all) : rows.at(some_row(mine(who).oracle)).warehouse;
+        made.warehouse_out = some_goods(full, foreign.warehouses[0], all);
+        for (int tries = 0; tries < 4 && (tries == 0 || made.warehouse_in == made.warehouse_out); ++tries)
+            made.warehouse_in = some_goods(some_live(all), foreign.warehouses[0], all);
+    }
     if (one_in(3)) made.writer = std::to_string(who.user.user);
     if (!one_in(7)) return made;
-    switch (below(8)) {
+    switch (below(9)) {
         case 0:
             made.type = one_in(2) ? 0 : 8;
             break;
@@ -134,6 +167,9 @@ domain::document_header ledger_player::some_header(const actor& who, module what
             break;
         case 6:
             made.partner.reset();
+            break;
+        case 7:
+            made.warehouse_in.reset();
             break;
         default:
             made.dept.reset();
@@ -156,6 +192,8 @@ std::int64_t ledger_player::open(const actor& who, module what) {
 }
 
 void ledger_player::line(const actor& who, std::int64_t draft, module what) {
+    if (what == module::stocktaking) return count(who, draft);
+    if (what == module::transfer) return move(who, draft);
     const auto one = some_line(who, what);
     m_story.push_back("session " + std::to_string(who.session) + " adds to draft " + std::to_string(draft) +
                       " " + std::to_string(one.amount) + " of " + std::to_string(one.product) + " in " +
@@ -201,23 +239,29 @@ void ledger_player::close(const actor& who, std::int64_t id) {
     auto& oracle = mine(who).oracle;
     const auto known = oracle.drafts.find(id);
     auto what = any_module();
-    std::int64_t told = 0;
+    domain::document_sums told;
     if (known != oracle.drafts.end()) {
         if (!one_in(20)) what = known->second.module;
-        for (const auto& [line, one] : known->second.lines)
-            told += one.what.price * one.what.amount;
-        if (one_in(8)) told += below(static_cast<int>(known->second.lines.size()) + 2);
+        for (const auto& [line, one] : known->second.lines) {
+            told.total += one.what.total;
+            if (what == module::stocktaking) told.difference += one.what.amount;
+        }
+        if (one_in(8)) told.total += below(static_cast<int>(known->second.lines.size()) + 2);
+        if (what == module::stocktaking && one_in(12)) told.difference += one_in(2) ? 1 : -1;
     }
+    if (what == module::transfer)
+        what = one_in(2) ? module::inbound : module::stocktaking; // it has no closing call
     m_story.push_back("session " + std::to_string(who.session) + " closes draft " + std::to_string(id) +
-                      " with " + std::to_string(told));
+                      " with " + std::to_string(told.total) + " and " + std::to_string(told.difference));
     std::string reason;
     auto got = request(who, [&](store::connection& with, const principal& by) {
-        reason = domain::close_draft(with, by, what, id, told, m_now);
+        reason = what == module::stocktaking ? domain::close_taking(with, by, id, told, m_now)
+                                             : domain::close_draft(with, by, what, id, told.total, m_now);
     });
     if (got == answer::done && !reason.empty()) got = answer::dropped;
     m_story.back() += " (" + reason + ")";
     const auto made = got == answer::done ? newest_document(mine(who)) : ledger_oracle::made{};
-    expect(what == module::inbound ? "close inbound" : "close outbound", got,
+    expect(std::string("close ") + name_of(what), got,
            got == answer::over ? got : oracle.close(who.session, what, id, told, made));
 }
 
@@ -237,13 +281,16 @@ ledger_oracle::made ledger_player::newest_document(const firm& of) {
 
 void ledger_player::remove(const actor& who) {
     const auto& from = one_in(12) ? other(who).oracle.documents : mine(who).oracle.documents;
-    const auto id = from.empty() ? 4711 : any(from).first;
+    std::vector<std::int64_t> live;
+    for (const auto& [document, one] : from)
+        if (one.live) live.push_back(document);
+    const auto id = from.empty() ? 4711 : live.empty() || one_in(6) ? any(from).first : any(live);
     const auto what = from.empty() || one_in(15) ? any_module() : from.at(id).module;
     m_story.push_back("session " + std::to_string(who.session) + " deletes document " + std::to_string(id));
     const auto got = request(who, [&](store::connection& with, const principal& by) {
         domain::remove_document(with, by, what, id, m_now);
     });
-    expect(what == module::inbound ? "delete inbound" : "delete outbound", got,
+    expect(std::string("delete ") + name_of(what), got,
            got == answer::over ? got : mine(who).oracle.remove(who.session, what, id));
 }
 
@@ -257,6 +304,10 @@ void ledger_player::take(const actor& who) {
         if (one.use == claim_use::stocktaking && one_in(6)) wish = {one.use, one.stock, 0};
     const auto there = rows.count(wish.stock) == 0 ? 0 : static_cast<int>(rows.at(wish.stock).on_hand);
     wish.amount = one_in(30) ? -1 : below(there / (one_in(3) ? 1 : 3) + 2);
+    claim(who, wish);
+}
+
+void ledger_player::claim(const actor& who, const domain::claim_wish& wish) {
     m_story.push_back("session " + std::to_string(who.session) + " claims " + std::to_string(wish.amount) +
                       " of row " + std::to_string(wish.stock) + " for " +
                       std::to_string(static_cast<int>(wish.use)));
@@ -267,7 +318,7 @@ void ledger_player::take(const actor& who) {
     if (got == answer::done) mine(who).tokens.push_back(token);
     m_story.back() += " " + token;
     expect(wish.use == claim_use::stocktaking ? "hold" : "claim", got,
-           got == answer::over ? got : oracle.take(who.session, wish, token));
+           got == answer::over ? got : mine(who).oracle.take(who.session, wish, token));
 }
 
 void ledger_player::give_back(const actor& who) {

@@ -12,7 +12,7 @@ class ledger_model : public test::on_engine {};
 ON_EVERY_ENGINE(ledger_model);
 
 constexpr int g_plays_on_one_database = 40;
-constexpr int g_most_steps = 30;
+constexpr int g_most_steps = 36;
 
 std::uint64_t environment(const char* name, std::uint64_t otherwise) {
     const char* set = std::getenv(name);
@@ -82,6 +82,18 @@ TEST_P(ledger_model, is_what_an_oracle_expects_whatever_fails) {
                              "delete inbound refused",
                              "delete outbound done",
                              "delete outbound refused",
+                             "count done",
+                             "count refused",
+                             "close taking done",
+                             "close taking dropped",
+                             "close taking refused",
+                             "delete taking done",
+                             "delete taking refused",
+                             "move done",
+                             "move refused",
+                             "delete transfer done",
+                             "delete transfer refused",
+                             "summary done",
                              "claim done",
                              "claim refused",
                              "claim over",

@@ -17,29 +17,27 @@ constexpr std::int64_t g_idle = 8 * g_hour;
 constexpr std::int64_t g_total = 24 * g_hour;
 constexpr std::int64_t g_claim = 2 * g_hour;
 constexpr std::int64_t g_minute = 60;
-constexpr std::int64_t g_dearest = 9'999'999'900;
-constexpr std::int64_t g_most = 99'999'999;
 
-/** Supplier, client, any partner, department, nobody: what the kinds want, from kind 1 on. */
-const std::string g_inbound = "SDCDAAN";
-const std::string g_outbound = "SCDAAN";
-const std::vector<std::string> g_inbound_letters{"CG", "SC", "XT", "LT", "JR", "JH", "QR"};
-const std::vector<std::string> g_outbound_letters{"CT", "XS", "LY", "JC", "HH", "QC"};
+/** The kinds of a module, from kind 1 on. */
+struct kinds {
+    std::string counterparties; /**< supplier, client, any partner, department, nobody */
+    std::vector<std::string> letters;
+};
+const std::map<document_module, kinds> g_kinds{
+    {document_module::inbound, {"SDCDAAN", {"CG", "SC", "XT", "LT", "JR", "JH", "QR"}}},
+    {document_module::outbound, {"SCDAAN", {"CT", "XS", "LY", "JC", "HH", "QC"}}},
+    {document_module::stocktaking, {"N", {"PD"}}},
+    {document_module::transfer, {"N", {"DB"}}}};
 
 char counterparty(document_module module, std::int64_t type) {
-    const auto& kinds = module == document_module::inbound ? g_inbound : g_outbound;
-    if (type < 1 || type > static_cast<std::int64_t>(kinds.size())) return '?';
-    return kinds[static_cast<std::size_t>(type - 1)];
+    const auto& of = g_kinds.at(module).counterparties;
+    if (type < 1 || type > static_cast<std::int64_t>(of.size())) return '?';
+    return of[static_cast<std::size_t>(type - 1)];
 }
 
 bool alike(const domain::document_line& one, const domain::document_line& other) {
     return one.product == other.product && one.price == other.price && one.amount == other.amount &&
            one.warehouse == other.warehouse && one.place == other.place && one.remark == other.remark;
-}
-
-bool in_bounds(const domain::document_line& line) {
-    return line.price >= 0 && line.price <= g_dearest && line.amount >= 0 && line.amount <= g_most &&
-           line.total == line.price * line.amount;
 }
 
 bool is_live(const std::map<std::int64_t, bool>& of, std::int64_t id) {
@@ -72,7 +70,7 @@ void ledger_oracle::lapse() {
         const bool present = std::any_of(sessions.begin(), sessions.end(), [&](const auto& of) {
             return of.second.user == one.second.user && alive(of.second) && now - of.second.last < g_claim;
         });
-        if (!present) lapsed.insert(one.first);
+        if (!present) lapsed.insert(one);
         return !present;
     });
 }
@@ -99,7 +97,17 @@ void ledger_oracle::sweep() {
 }
 
 bool ledger_oracle::ordinary_may(document_module module, std::int64_t type, const std::string& right) {
-    return module == document_module::outbound && (type == 2 || (type == 6 && right == "add"));
+    switch (module) {
+        case document_module::inbound:
+            return false;
+        case document_module::outbound:
+            return type == 2 || (type == 6 && right == "add");
+        case document_module::stocktaking:
+            return true;
+        case document_module::transfer:
+            return right == "add";
+    }
+    return false;
 }
 
 bool ledger_oracle::may(std::int64_t user, document_module module, std::int64_t type,
@@ -119,15 +127,25 @@ bool ledger_oracle::counterparty_fits(document_module module, const domain::docu
     return wanted == 'A' || at == partners.begin() + (wanted == 'S' ? 0 : 1);
 }
 
+bool ledger_oracle::warehouses_fit(document_module module, const domain::document_header& header) const {
+    const auto& from = header.warehouse_out;
+    const auto& to = header.warehouse_in;
+    if (module != document_module::transfer) return !from && !to;
+    return from && to && *from != *to && is_live(warehouses, *from) && is_live(warehouses, *to);
+}
+
 answer ledger_oracle::open_draft(std::int64_t by, document_module module,
                                  const domain::document_header& header, std::int64_t id) {
     const auto user = sessions.at(by).user;
     const bool own = header.writer.empty() || header.writer == std::to_string(user);
     if (!own || header.operater != std::to_string(employee) || !counterparty_fits(module, header) ||
-        !may(user, module, header.type, "add")) {
+        !warehouses_fit(module, header) || !may(user, module, header.type, "add")) {
         return answer::refused;
     }
-    drafts[id] = {by, module, header.type, now, {}};
+    draft opened{by, module, header.type, now};
+    opened.warehouse_out = header.warehouse_out.value_or(0);
+    opened.warehouse_in = header.warehouse_in.value_or(0);
+    drafts[id] = opened;
     return answer::done;
 }
 
@@ -135,20 +153,33 @@ bool ledger_oracle::goods_live(const domain::document_line& line) const {
     return is_live(products, line.product) && is_live(warehouses, line.warehouse);
 }
 
-answer ledger_oracle::add_line(std::int64_t by, document_module module, std::int64_t to,
-                               const domain::document_line& line, std::int64_t id) {
-    const auto at = drafts.find(to);
-    if (at == drafts.end() || at->second.session != by || at->second.module != module ||
-        !may(sessions.at(by).user, module, at->second.type, "add") || !in_bounds(line) || !goods_live(line) ||
-        (module == document_module::inbound && line.place.empty())) {
-        return answer::refused;
-    }
-    at->second.lines[id] = {line, false};
+/** The draft of the session to which its user may add lines. */
+ledger_oracle::draft* ledger_oracle::draft_for_line(std::int64_t by, document_module module,
+                                                    std::int64_t id) {
+    const auto at = drafts.find(id);
+    const bool there = at != drafts.end() && at->second.session == by && at->second.module == module &&
+                       may(sessions.at(by).user, module, at->second.type, "add");
+    return there ? &at->second : nullptr;
+}
+
+/** A line that is not good leaves no trace in its draft. */
+answer ledger_oracle::arrive(draft& at, bool good, std::int64_t id, const entry& what) {
+    if (!good) return answer::refused;
+    at.lines[id] = what;
     return answer::done;
 }
 
+answer ledger_oracle::add_line(std::int64_t by, document_module module, std::int64_t to,
+                               const domain::document_line& what, std::int64_t id) {
+    auto* at = draft_for_line(by, module, to);
+    if (at == nullptr) return answer::refused;
+    const bool good =
+        in_bounds(what) && goods_live(what) && (module != document_module::inbound || !what.place.empty());
+    return arrive(*at, good, id, {what});
+}
+
 answer ledger_oracle::announce(std::int64_t by, const domain::document_line& like) {
-    draft_line* latest = nullptr;
+    entry* latest = nullptr;
     std::int64_t latest_id = 0;
     for (auto& [id, of] : drafts) {
         if (of.session != by || of.module != document_module::inbound) continue;
@@ -182,26 +213,41 @@ bool ledger_oracle::held_by_other(std::int64_t row, std::int64_t user) const {
     });
 }
 
-/** An outbound line: what it claimed before is its own, the rest comes from what is free. */
-bool ledger_oracle::take_off(std::int64_t user, const domain::document_line& line) {
-    const auto at = stock.find(line.stock);
-    if (at == stock.end() || at->second.product != line.product || at->second.warehouse != line.warehouse ||
-        !goods_live(line) || held_by_other(line.stock, user)) {
-        return false;
+/** Whether a line may change the row that it names. */
+bool ledger_oracle::is_of_row(std::int64_t user, const domain::document_line& of) const {
+    const auto at = stock.find(of.stock);
+    return at != stock.end() && at->second.product == of.product && at->second.warehouse == of.warehouse &&
+           goods_live(of) && !held_by_other(of.stock, user);
+}
+
+void ledger_oracle::use_up(std::int64_t user, const domain::document_line& by, claim_use use) {
+    const auto own = claims.find(by.token);
+    if (own == claims.end() || own->second.user != user || own->second.stock != by.stock ||
+        own->second.use != use) {
+        return;
     }
-    const auto own = claims.find(line.token);
-    if (own != claims.end() && own->second.user == user && own->second.stock == line.stock &&
-        own->second.use == claim_use::outbound) {
-        ended.insert(own->first);
-        claims.erase(own);
-    }
-    if (at->second.on_hand - claimed(line.stock) < line.amount) return false;
-    at->second.on_hand -= line.amount;
+    ended.insert(own->first);
+    claims.erase(own);
+}
+
+/** A line that takes goods: what it claimed before is its own, the rest comes from what is free. */
+bool ledger_oracle::take_off(std::int64_t user, const domain::document_line& by, claim_use use) {
+    if (!is_of_row(user, by)) return false;
+    use_up(user, by, use);
+    return change({{by.stock, -by.amount}});
+}
+
+/** Rows gain and lose all at once: what is left of each covers what is claimed of it. */
+bool ledger_oracle::change(const std::map<std::int64_t, std::int64_t>& rows) {
+    for (const auto& [row, by] : rows)
+        if (stock.at(row).on_hand + by < claimed(row)) return false;
+    for (const auto& [row, by] : rows)
+        stock.at(row).on_hand += by;
     return true;
 }
 
 std::string ledger_oracle::next_number(document_module module, std::int64_t type) {
-    const auto& letters = module == document_module::inbound ? g_inbound_letters : g_outbound_letters;
+    const auto& letters = g_kinds.at(module).letters;
     const auto seconds = static_cast<std::time_t>(now);
     char day[16];
     std::strftime(day, sizeof day, "%Y%m%d", std::localtime(&seconds));
@@ -211,8 +257,18 @@ std::string ledger_oracle::next_number(document_module module, std::int64_t type
     return series + number;
 }
 
-answer ledger_oracle::close(std::int64_t by, document_module module, std::int64_t id, std::int64_t told,
-                            const made& by_service) {
+/** What the lines of a document do to the rows that are there; where it gives false, half of it may be done.
+ */
+bool ledger_oracle::apply(std::int64_t user, const document& what) {
+    if (what.module == document_module::stocktaking) return correct(user, what);
+    return std::all_of(what.lines.begin(), what.lines.end(), [&](const entry& one) {
+        return what.module == document_module::inbound ? one.announced && goods_live(one.what)
+                                                       : take_off(user, one.what, claim_use::outbound);
+    });
+}
+
+answer ledger_oracle::close(std::int64_t by, document_module module, std::int64_t id,
+                            const domain::document_sums& told, const made& by_service) {
     const auto at = drafts.find(id);
     if (at == drafts.end() || at->second.session != by || at->second.module != module) return answer::refused;
     const auto from = at->second;
@@ -222,29 +278,32 @@ answer ledger_oracle::close(std::int64_t by, document_module module, std::int64_
     const auto before_claims = claims;
     const auto before_ended = ended;
 
-    document one{module, from.type, true, {}, 0, {}};
-    bool good = !from.lines.empty() && may(user, module, from.type, "add");
+    document one{module, from.type, true, {}, {}, {}};
     for (const auto& [line_id, line] : from.lines) {
-        one.total += line.what.price * line.what.amount;
-        one.lines.push_back(line.what);
-        if (module == document_module::inbound) {
-            good = good && line.announced && goods_live(line.what);
-        } else {
-            good = good && take_off(user, line.what);
-        }
+        one.sums.total += line.what.total;
+        if (module == document_module::stocktaking) one.sums.difference += line.what.amount;
+        one.lines.push_back(line);
     }
-    if (!good || std::abs(one.total - told) >= static_cast<std::int64_t>(one.lines.size())) {
+    // a hundredth a line may be off, but whole money adds up
+    const auto slack =
+        module == document_module::stocktaking ? 1 : static_cast<std::int64_t>(one.lines.size());
+    const bool good = !one.lines.empty() && may(user, module, from.type, "add") &&
+                      one.sums.difference == told.difference &&
+                      std::abs(one.sums.total - told.total) < slack && apply(user, one);
+    if (!good) {
         stock = before_stock;
         claims = before_claims;
         ended = before_ended;
         return answer::dropped;
     }
-    if (module == document_module::inbound && by_service.stock.size() == one.lines.size()) {
-        for (std::size_t i = 0; i < one.lines.size(); ++i) {
-            auto& line = one.lines[i];
-            line.stock = by_service.stock[i];
+    for (std::size_t i = 0; i < one.lines.size() && i < by_service.stock.size(); ++i) {
+        auto& of = one.lines[i].what;
+        if (module == document_module::inbound) {
+            of.stock = by_service.stock[i];
             // a row that is there already would be overwritten and noticed as one too few
-            stock[line.stock] = {line.product, line.warehouse, line.price, line.place, line.amount};
+            stock[of.stock] = {of.product, of.warehouse, of.price, of.place, of.amount, now};
+        } else {
+            of.place = stock.at(of.stock).place;
         }
     }
     one.sn = next_number(module, from.type);
@@ -259,15 +318,20 @@ answer ledger_oracle::remove(std::int64_t by, document_module module, std::int64
         !may(user, module, at->second.type, "delete")) {
         return answer::refused;
     }
-    const auto sign = module == document_module::inbound ? -1 : 1;
-    for (const auto& line : at->second.lines) {
-        const auto free = stock.at(line.stock).on_hand - claimed(line.stock);
-        const bool good = sign > 0 ? goods_live(line) && !held_by_other(line.stock, user)
-                                   : free >= line.amount && !held_by_other(line.stock, 0);
-        if (!good) return answer::refused;
+    const bool inbound = module == document_module::inbound;
+    const bool transfer = module == document_module::transfer;
+    const bool took = transfer || module == document_module::outbound;
+    std::map<std::int64_t, std::int64_t> rows;
+    for (const auto& one : at->second.lines) {
+        const auto row = one.what.stock;
+        if (!inbound && !goods_live(one.what)) return answer::refused;
+        // rows that the document made must be left in peace even by its own user
+        if (held_by_other(row, inbound ? 0 : user)) return answer::refused;
+        if (transfer && held_by_other(one.stock_in, 0)) return answer::refused;
+        rows[row] += took ? one.what.amount : -one.what.amount;
+        if (transfer) rows[one.stock_in] -= one.what.amount;
     }
-    for (const auto& line : at->second.lines)
-        stock.at(line.stock).on_hand += sign * line.amount;
+    if (!change(rows)) return answer::refused;
     at->second.live = false;
     return answer::done;
 }

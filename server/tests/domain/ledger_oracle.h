@@ -9,6 +9,7 @@
 
 #include "domain/claims.h"
 #include "domain/documents.h"
+#include "domain/stock_summary.h"
 
 namespace tavrok::test {
 
@@ -31,6 +32,7 @@ public:
         std::int64_t price{0};
         std::string place;
         std::int64_t on_hand{0};
+        std::int64_t added{0}; /**< when it came in */
     };
     struct claim {
         std::int64_t stock{0};
@@ -38,29 +40,35 @@ public:
         domain::claim_use use{};
         std::int64_t amount{0};
     };
-    struct draft_line {
-        domain::document_line what;
+    struct entry {
+        domain::document_line what; /**< a transfer's has its source as warehouse */
         bool announced{false};
+        std::int64_t sys_amount{0}; /**< of a stocktaking */
+        std::int64_t stock_in{0};   /**< the row that a transfer made */
     };
     struct draft {
         std::int64_t session{0};
         domain::document_module module{};
         std::int64_t type{0};
         std::int64_t opened{0};
-        std::map<std::int64_t, draft_line> lines{}; /**< by id, which is their order */
+        std::map<std::int64_t, entry> lines{}; /**< by id, which is their order */
+        std::int64_t warehouse_out{0};         /**< of a transfer, as all below */
+        std::int64_t warehouse_in{0};
+        std::int64_t document{0}; /**< that its first line made */
+        std::int64_t moved{0};    /**< lines that went there */
     };
     struct document {
         domain::document_module module{};
         std::int64_t type{0};
         bool live{true};
         std::string sn;
-        std::int64_t total{0};
-        std::vector<domain::document_line> lines{}; /**< with the stock rows of inbound ones too */
+        domain::document_sums sums{};
+        std::vector<entry> lines{}; /**< with the stock rows of inbound ones too */
     };
     /** What the service made of a draft: the oracle takes the ids from here, and nothing else. */
     struct made {
         std::int64_t document{0};
-        std::vector<std::int64_t> stock{}; /**< of the lines, in their order */
+        std::vector<std::int64_t> stock{}; /**< that the lines made, in their order */
     };
 
     std::map<std::int64_t, bool> products{};   /**< and whether they are live */
@@ -73,7 +81,7 @@ public:
     std::map<std::int64_t, session> sessions{};
     std::map<std::int64_t, batch> stock{};
     std::map<std::string, claim> claims{}; /**< the live ones */
-    std::set<std::string> lapsed{};        /**< tokens of claims whose users were gone */
+    std::map<std::string, claim> lapsed{}; /**< those whose users were gone */
     std::set<std::string> ended{};         /**< of those that were used up or given back */
     std::map<std::int64_t, draft> drafts{};
     std::map<std::int64_t, document> documents{};
@@ -95,14 +103,23 @@ public:
                       const domain::document_header& header, std::int64_t id);
     answer add_line(std::int64_t session, domain::document_module module, std::int64_t draft,
                     const domain::document_line& line, std::int64_t id);
+    answer add_count(std::int64_t session, std::int64_t draft, const domain::taking_line& line,
+                     std::int64_t id);
+    answer add_move(std::int64_t session, std::int64_t draft, const domain::document_line& line,
+                    const made& by_service);
     answer announce(std::int64_t session, const domain::document_line& like);
     answer drop_line(std::int64_t session, std::int64_t line);
-    answer close(std::int64_t session, domain::document_module module, std::int64_t draft, std::int64_t told,
-                 const made& by_service);
+    answer close(std::int64_t session, domain::document_module module, std::int64_t draft,
+                 const domain::document_sums& told, const made& by_service);
     answer remove(std::int64_t session, domain::document_module module, std::int64_t document);
     answer take(std::int64_t session, const domain::claim_wish& wish, const std::string& token);
     void give_back(std::int64_t session, const std::string& token);
     answer retire(std::map<std::int64_t, bool>& of, std::int64_t id);
+
+    /** Product, quantity and money of the summary, newest product first. `standing` are the lapsed claims
+     * that nobody has looked at yet. */
+    std::vector<domain::summary_item> summary(std::int64_t from, std::int64_t to,
+                                              const std::set<std::string>& standing) const;
 
     std::int64_t claimed(std::int64_t stock) const;
     std::int64_t now{0};
@@ -113,8 +130,17 @@ private:
     bool may(std::int64_t user, domain::document_module module, std::int64_t type, const std::string& right);
     bool counterparty_fits(domain::document_module module, const domain::document_header& header) const;
     bool held_by_other(std::int64_t stock, std::int64_t user) const;
+    bool warehouses_fit(domain::document_module module, const domain::document_header& header) const;
     bool goods_live(const domain::document_line& line) const;
-    bool take_off(std::int64_t user, const domain::document_line& line);
+    draft* draft_for_line(std::int64_t session, domain::document_module module, std::int64_t id);
+    static bool in_bounds(const domain::document_line& line);
+    static answer arrive(draft& at, bool good, std::int64_t id, const entry& what);
+    bool is_of_row(std::int64_t user, const domain::document_line& line) const;
+    void use_up(std::int64_t user, const domain::document_line& line, domain::claim_use use);
+    bool take_off(std::int64_t user, const domain::document_line& line, domain::claim_use use);
+    bool correct(std::int64_t user, const document& by);
+    bool change(const std::map<std::int64_t, std::int64_t>& rows);
+    bool apply(std::int64_t user, const document& what);
     std::string next_number(domain::document_module module, std::int64_t type);
 
     std::map<std::string, int> m_numbers{};

@@ -30,11 +30,13 @@ const char* word_of(answer what) {
 
 /** The service gives rights as pairs of page and right. */
 void give_rights(principal& who) {
-    for (std::int64_t type = 1; type <= 6; ++type) {
-        const auto page = domain::page_of(domain::document_module::outbound, type);
-        for (const std::string right : {"add", "delete"}) {
-            if (ledger_oracle::ordinary_may(domain::document_module::outbound, type, right)) {
-                who.rights.emplace(page, right);
+    using enum domain::document_module;
+    for (const auto& [module, kinds] : {std::pair{outbound, 6}, {stocktaking, 1}, {transfer, 1}}) {
+        for (std::int64_t type = 1; type <= kinds; ++type) {
+            for (const std::string right : {"add", "delete"}) {
+                if (ledger_oracle::ordinary_may(module, type, right)) {
+                    who.rights.emplace(domain::page_of(module, type), right);
+                }
             }
         }
     }
@@ -122,7 +124,7 @@ void ledger_player::begin() {
         for (const auto& user : {of.boss, of.deputy, of.hand})
             log_in(i, user);
     }
-    for (int documents = 0; documents < 4; ++documents)
+    for (int documents = 0; documents < 6; ++documents)
         write(any(m_actors), module::inbound); // something to begin with
     compare();
 }
@@ -182,7 +184,7 @@ void ledger_player::sweep() {
         one.oracle.sweep();
     compare();
     for (const auto& one : m_firms) {
-        for (const auto& token : one.oracle.lapsed) {
+        for (const auto& [token, claim] : one.oracle.lapsed) {
             const auto active =
                 m_in.number("SELECT count(*) FROM claim WHERE state = 1 AND token = '" + token + "'");
             if (active != 0) throw disagreement("the sweep left the claim " + token);
@@ -200,6 +202,11 @@ void ledger_player::retire() {
     for (const auto& [draft, one] : to.oracle.drafts)
         for (const auto& [line, of] : one.lines)
             named.push_back(product ? of.what.product : of.what.warehouse);
+    if (!product) {
+        for (const auto& [draft, one] : to.oracle.drafts)
+            if (one.module == module::transfer)
+                named.push_back(one_in(2) ? one.warehouse_out : one.warehouse_in);
+    }
     const auto& foreign = other(who).of;
     auto id = named.empty() || one_in(3) ? any(all).first : any(named);
     if (one_in(8)) id = any(product ? foreign.products : foreign.warehouses);
@@ -229,8 +236,10 @@ void ledger_player::retire() {
 void ledger_player::play(int steps) {
     for (int i = 0; i < steps; ++i)
         step();
-    for (auto& one : m_firms)
-        compare(one, false);
+    for (std::size_t i = 0; i < m_firms.size(); ++i) {
+        compare(m_firms[i], false);
+        summary(i, true);
+    }
 }
 
 void ledger_player::step() {
@@ -245,11 +254,12 @@ void ledger_player::step() {
     if (what < 11) return end_sessions();
     if (what < 13) return sweep();
     if (what < 15) return retire();
+    if (what < 21) return summary(static_cast<std::size_t>(below(2)), one_in(4));
     // mostly somebody whose session lives
     auto who = any(m_actors);
     for (int i = 0; i < 12 && mine(who).oracle.sessions.at(who.session).ended; ++i)
         who = any(m_actors);
-    what < 65 ? step_of_documents(who) : step_of_claims(who);
+    what < 72 ? step_of_documents(who) : step_of_claims(who);
 }
 
 } // namespace tavrok::test

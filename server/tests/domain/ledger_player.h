@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "domain/count_cache.h"
 #include "domain/ledger_oracle.h"
 #include "domain/ledger_scene.h"
 
@@ -60,7 +61,7 @@ private:
     const auto& any(const list& of) {
         return *std::next(of.begin(), below(static_cast<int>(of.size())));
     }
-    module any_module() { return one_in(2) ? module::inbound : module::outbound; }
+    module any_module();
 
     // the world
     firm& mine(const actor& who) { return m_firms.at(who.firm); }
@@ -80,19 +81,33 @@ private:
     /** Gives the draft, 0 for none. */
     std::int64_t open(const actor& who, module what);
     void line(const actor& who, std::int64_t draft, module what);
+    void count(const actor& who, std::int64_t draft);
+    void move(const actor& who, std::int64_t draft);
     void announce(const actor& who, const domain::document_line& like);
     void drop_line(const actor& who);
     void close(const actor& who, std::int64_t id);
     void remove(const actor& who);
     void take(const actor& who);
+    void claim(const actor& who, const domain::claim_wish& wish);
+    void claim_for_line(const actor& who, std::int64_t draft, module what);
     void give_back(const actor& who);
+    void summary(std::size_t at, bool whole);
     std::int64_t some_draft(const actor& who);
     std::int64_t some_row(const ledger_oracle& of);
     std::int64_t some_live(const std::map<std::int64_t, bool>& of);
     std::int64_t some_goods(std::int64_t usual, std::int64_t foreign, const std::map<std::int64_t, bool>& of);
     domain::document_line some_line(const actor& who, module what);
     domain::document_header some_header(const actor& who, module what);
+    domain::taking_line some_count(const actor& who);
+    domain::document_line some_move(const actor& who, std::int64_t draft);
+    /** One out of which the draft's lines can take, mostly. */
+    std::int64_t some_row(const actor& who, std::int64_t draft);
+    /** Takes a row of the warehouse that the user has claimed for that use, where there is one. */
+    void fill_from_row(const actor& who, domain::claim_use use, std::int64_t row,
+                       domain::document_line& made);
+    domain::summary_search some_search(const ledger_oracle& of);
     ledger_oracle::made newest_document(const firm& of);
+    ledger_oracle::made newest_move(const firm& of);
 
     // running
     /** One transaction, which may fail first and is then done again. */
@@ -106,6 +121,7 @@ private:
     void compare_stock(store::connection& with, const firm& of);
     void compare_claims(store::connection& with, const firm& of);
     void compare_documents(store::connection& with, const firm& of);
+    void compare_lines(store::connection& with, const firm& of);
     void compare_drafts(store::connection& with, const firm& of);
 
     scene& m_in;
@@ -117,6 +133,7 @@ private:
     std::array<firm, 2> m_firms{};
     std::size_t m_acting{0}; /**< of them */
     std::vector<actor> m_actors{};
+    domain::count_cache m_counts{};
     std::vector<std::string> m_story{};
 };
 
