@@ -1,5 +1,6 @@
 #include "app/logging.h"
 
+#include <signal.h>
 #include <spdlog/async.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
@@ -13,9 +14,27 @@ constexpr std::size_t queued_lines = 4096;
 constexpr std::size_t file_bytes = 16 * 1024 * 1024;
 constexpr std::size_t files_kept = 4;
 
+/** The threads of the log are made while this lives: no signal is theirs to take. One that came when nobody
+ * else waited for it would end the process at once. */
+class signals_held_back {
+public:
+    signals_held_back() {
+        sigset_t all;
+        sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &m_before);
+    }
+    ~signals_held_back() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    signals_held_back(const signals_held_back&) = delete;
+    signals_held_back& operator=(const signals_held_back&) = delete;
+
+private:
+    sigset_t m_before{};
+};
+
 } // namespace
 
 std::shared_ptr<spdlog::logger> start_log(const config& chosen) {
+    const signals_held_back until_made;
     spdlog::init_thread_pool(queued_lines, 1);
     spdlog::sink_ptr sink;
     if (chosen.log_file.empty()) {

@@ -51,6 +51,16 @@ protected:
     void SetUp() override { SKIP_WITHOUT(GetParam()); }
 };
 
+/** Takes away, until the transaction is undone, what keeps the ledger as it is. */
+void allow_damage(store::connection& with, const std::string& engine) {
+    if (engine == "sqlite") {
+        with.execute({"", "DROP TRIGGER movement_unchanged"}, {});
+        with.execute({"", "DROP TRIGGER movement_kept"}, {});
+    } else {
+        with.execute({"", "ALTER TABLE movement DISABLE TRIGGER movement_kept"}, {});
+    }
+}
+
 } // namespace
 
 TEST_P(proofs_of_the_books, each_finds_what_it_is_for) {
@@ -67,6 +77,7 @@ TEST_P(proofs_of_the_books, each_finds_what_it_is_for) {
         struct undone {};
         try {
             store::write_now(*site.database(), [&](store::connection& with) {
+                allow_damage(with, GetParam());
                 with.execute({"", one.sql}, {});
                 EXPECT_NE(ledger_faults(with).find(one.rule), std::string::npos) << ledger_faults(with);
                 throw undone{};
