@@ -19,10 +19,6 @@ namespace tavrok::domain {
  * request or when all his sessions have ended. */
 using store::claim_use;
 
-/** So many active claims has a user at most. Of claims that are asked for at the same instant each counts
- * those before it alone. */
-inline constexpr std::int64_t g_most_claims = 5'000;
-
 struct claim_wish {
     claim_use use{claim_use::outbound};
     std::int64_t stock{0};
@@ -31,7 +27,7 @@ struct claim_wish {
 
 /** Gives the claim's token, an opaque text that starts with a letter. Throws `refused`: a quantity when more
  * is asked than is on hand less claims, or another user holds the row; the whole row when another user claims
- * any of it; both when the user has g_most_claims. */
+ * any of it. */
 std::string take_claim(store::connection& with, const principal& who, const claim_wish& wish,
                        std::int64_t now, const session_limits& limits = {});
 /** Whether a text has the form of such a token. A client names as one what came back instead, too: an error

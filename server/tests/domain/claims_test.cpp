@@ -197,30 +197,6 @@ TEST_P(claims, keep_an_inbound_document_from_going) {
     EXPECT_EQ(in->stock(one).total, 0);
 }
 
-TEST_P(claims, of_one_user_are_five_thousand_at_most) {
-    const auto last = in->claim(one, row, 1);
-    in->write([&](store::connection& with) {
-        with.execute({"",
-                      "WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < ?) "
-                      "INSERT INTO claim (company, token, stock, user_id, use, amount, taken_at) SELECT "
-                      "?, 'L' || (1000000000000000000 + i), ?, ?, 3, 0, ? FROM n"},
-                     {g_most_claims - 2, in->company, row, one.user, g_now});
-    });
-    const auto next = in->claim(one, row, 1);
-    EXPECT_FALSE(in->claims(one, row, 0));
-    EXPECT_FALSE(holds(one));
-    EXPECT_EQ(in->claimed(row), 2) << "what was refused takes nothing";
-    EXPECT_TRUE(in->claims(two, row, 1)) << "another user";
-    in->give_back(one, last);
-    EXPECT_TRUE(in->claims(one, row, 1));
-    EXPECT_FALSE(in->claims(one, row, 0));
-    EXPECT_EQ(in->take_out(one, {in->line_out(row, 1, next)}), "");
-    EXPECT_TRUE(in->claims(one, row, 0)) << "one was used up";
-    EXPECT_EQ(
-        in->number("SELECT count(*) FROM claim WHERE state = 1 AND user_id = " + std::to_string(one.user)),
-        g_most_claims);
-}
-
 TEST_P(claims, that_can_be_none_are_as_good_as_given_back) {
     const auto token = in->claim(one, row, 3);
     for (const auto& strange : {std::string(60'000, 'x'), std::string("a\0b", 3), std::string("\xff\x02"),

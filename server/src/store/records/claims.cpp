@@ -31,8 +31,6 @@ const statement g_dead{
 const statement g_rows{"claims_rows",
                        "SELECT DISTINCT stock FROM claim WHERE company = ? AND user_id = ? AND state = 1 "
                        "ORDER BY stock"};
-const statement g_active{"claims_active",
-                         "SELECT count(*) FROM claim WHERE company = ? AND user_id = ? AND state = 1"};
 const statement g_keeps{"claims_kept",
                         "SELECT 1 FROM session WHERE company = ? AND user_id = ? AND last_used_at > ? AND "
                         "created_at > ? LIMIT 1"};
@@ -89,12 +87,6 @@ std::vector<std::int64_t> rows_claimed_by(connection& with, std::int64_t company
     std::vector<std::int64_t> rows;
     with.query(g_rows, {company, user}, [&](const row& one) { rows.push_back(one.integer(0)); });
     return rows;
-}
-
-std::int64_t active_claims(connection& with, std::int64_t company, std::int64_t user) {
-    std::int64_t count = 0;
-    with.query(g_active, {company, user}, [&](const row& one) { count = one.integer(0); });
-    return count;
 }
 
 bool keeps_claims(connection& with, std::int64_t company, std::int64_t user, const claim_bounds& gone) {

@@ -54,8 +54,6 @@ std::vector<stock_key> rows_with_dead_claims(connection& with, const claim_bound
                                              const stock_key& after, std::int64_t limit);
 /** Rows on which the user has active claims, by id. */
 std::vector<std::int64_t> rows_claimed_by(connection& with, std::int64_t company, std::int64_t user);
-/** How many active claims the user has. */
-std::int64_t active_claims(connection& with, std::int64_t company, std::int64_t user);
 /** Whether the user has a session that keeps his claims alive. */
 bool keeps_claims(connection& with, std::int64_t company, std::int64_t user, const claim_bounds& gone);
 
